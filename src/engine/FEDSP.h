@@ -1,0 +1,299 @@
+// The dewarping engine: one object per camera slot, with its whole state public.
+//
+// Most hosts only use LumoFESDK.h. This header is for those that call the kernels or the mapping
+// builders themselves, or that read and set engine state between frames.
+//
+// Field names: m_n integer, m_b flag byte (0 or 1), m_p pointer, m_f float. Angles of views are
+// quarter degrees, 1440 to a turn. The engine owns every buffer that an m_p field points to, except
+// m_pInput.
+#ifndef LUMOFE_FEDSP_H
+#define LUMOFE_FEDSP_H
+
+#include "CBilinear.h"
+#include "LumoFESDK.h"
+
+#include <cstddef>
+
+// 1 / sqrt(x) by the bit-level estimate and one Newton step; at most 0.18 % too small.
+// Source: the "fast inverse square root" of computer graphics, magic number 0x5F3759DF.
+FE_API float FastInvSqrt(float x);
+
+// Arctangent by a second-order polynomial, radians, for t >= -1; at most 0.0016 off.
+// Source: Rajan, Wang, Inkol, Joyal, "Efficient approximations for the arctangent function", IEEE
+// Signal Processing Magazine 23 (2006).
+FE_API double FastAtan(double t);
+
+class FE_API FEDSP : public CBilinear {
+public:
+    // The area of the fisheye circle that a view samples, in input pixels, measured from the top
+    // left corner of the square that bounds the circle.
+    struct ClonefishRect {
+        int x; // left edge, along columns
+        int y; // top edge, along rows
+        int w;
+        int h;
+    };
+
+    // Settings of which only the first byte is passed on, to mapping drivers that ignore it.
+    struct FISHSETTINGPARAM {
+        unsigned char bEnabled;
+        FISHSETTINGPARAM() : bEnabled(1) {}
+    };
+
+    FEDSP();
+    ~FEDSP(); // frees no buffers: call DeleteAccess_ctr_Mem before
+    FEDSP(const FEDSP&) = delete;
+    FEDSP& operator=(const FEDSP&) = delete;
+
+    // ---- set-up ----
+
+    // Resets the engine for an input of nInW x nInH pixels: circle centred, quad layout, all views
+    // at position 0. nScreenRes is the screen class, 4 (4:3) or 16 (16:9). Every buffer pointer is
+    // set to null without being freed.
+    void FE_Initialize(int nCam, int nInW, int nInH, int nScreenRes);
+
+    // Obtains from the heap every working buffer whose pointer is null. Returns 0, or 1 when a size
+    // is negative or too large, or memory is short; buffers obtained before stay.
+    int MemoryAllocated_AccessCtr(int nInW, int nInH, int nScreenW, int nScreenH);
+
+    // As above, carving the buffers from the caller's block, which must outlive them. Carved
+    // buffers have no slack: screens larger than the input need the heap variant.
+    int MemoryAllocated_AccessCtr_DSP(int nInW, int nInH, int nScreenW, int nScreenH,
+                                      unsigned char* pBlock, unsigned int nBlockSize);
+
+    // Bytes of such a block, without those of m_pMapWork (24 * the larger of m_nPanoH * panorama
+    // width and the screen area) and without one spare byte: the caller adds both. Also sets the
+    // screen size and the panorama heights. -1 for sizes that cannot be served.
+    int MemoryAllocated_DSPBuff_Estimate(int nInW, int nInH, int nScreenW, int nScreenH);
+
+    // Frees every buffer (carved ones are only forgotten) and nulls its pointer.
+    void DeleteAccess_ctr_Mem();
+
+    // ---- frames ----
+
+    // Renders one frame in the current layout. nReserved is not read. nPitch is the distance of two
+    // input rows in pixels. False for a null frame or one that the buffers cannot hold; then
+    // nothing was changed.
+    bool LumoAccessCtr_FEProc_VideoInput(int nCam, int nReserved, unsigned char* pIn,
+                                         unsigned char* pOut, int nW, int nH, FORMAT format,
+                                         bool bFlip, int nPitch);
+
+    // Copies a frame into the staging buffer. 4:2:0: nW * nH * 3 / 2 bytes, only while m_nLineIndex
+    // is below 1; RGB: TransferButtomToUp; other formats: nothing.
+    void AccessCtr_FECopypIn(unsigned char* pSrc, unsigned char* pDst, int nW, int nH,
+                             FORMAT format, bool bFlip);
+
+    // Copies a packed 24-bit image, upside down when bFlip is set. Without it the last row is left
+    // out.
+    void TransferButtomToUp(unsigned char* pSrc, unsigned char* pDst, int nW, int nH, bool bFlip);
+
+    // Turns a 4:2:0 image (planes by m_nFormat) upside down, or without bFlip mirrors it left-right
+    // with an offset of one element: element 0 of a row comes from the first element behind the
+    // row, so the source must be readable one element past each plane.
+    void TransferButtomToUpPlanar(unsigned char* pSrc, unsigned char* pDst, int nW, int nH,
+                                  bool bFlip);
+
+    void OnScreenres4();  // 4:3: tilts limited to 45, stored tilts lowered to it
+    void OnScreenres16(); // 16:9: tilts limited to 60
+
+    // ---- parameters ----
+
+    // Takes over layout, mounting, circle and step. pEvent is consumed. Always true.
+    bool FEParamsUpdated(FE_EventParams* pEvent, FE_ViewParams* pView);
+    // Clears the working buffers and applies the limits of the current mounting.
+    void OnViewModeChange();
+
+    // ---- positions (nCam is not used) ----
+
+    void LmFESetPosition(int nCam, FE_CurPosParams* p);
+    void LmFEGetPosition(int nCam, FE_CurPosParams* p);
+    // nZoom limited to the range of p's nCamPos and nViewMode. p must not be null.
+    int LmFEZoom(int nZoom, FE_ViewParams* p);
+
+    // Pan and tilt of an input pixel; nX counts columns, nY rows. This variant has full resolution:
+    // pan in tenths of a degree, counter-clockwise on the floor mounting; tilt 0 to -900 on the
+    // ceiling, 0 to 900 on the floor. Wall: offsets, 900 at the rim.
+    void GetAbsolutePositionFromInputVideoPoint(int nX, int nY, short& nPan, short& nTilt);
+    // The variant behind IFishEye: pan in steps of a quarter degree, clockwise; see LumoFESDK.h.
+    void GetAbsolutePositionFromInputVideoPointCPU(int nX, int nY, short& nPan, short& nTilt);
+    // Steers view nSubView of the layout in m_ViewParams; see IFishEye::SetAbsolutePTZ.
+    void SetAbsolutePTZCPU(int nCam, short nPan, short nTilt, short nZoom, unsigned short nSubView);
+
+    // ---- mapping ----
+
+    // Builds the mapping table of one perspective view: a pinhole picture of an equidistant lens,
+    // turned about the optical axis and tilted by a keystone (a homography).
+    //
+    //   u, v         circle centre, input pixels: u counts rows, v counts columns
+    //   Lr           circle radius, input pixels
+    //   Sr, Scale_N  only printed
+    //   rcArea       area that the view samples
+    //   Ang          rotation, quarter degrees; the fraction is dropped
+    //   nOutW/H      view size in pixels
+    //   pMapTbl      nOutW * nOutH entries; null: nothing is done
+    //   Tile_Angle   tilt, 0 for none
+    //   CamPos       1 and 2 mirror the view left-right
+    //
+    // Source: the equidistant ("f-theta") projection r = f * theta. A pixel whose source lies
+    // outside the input zeroes entry 0 and keeps the previous content of its own entry.
+    void Fisheye_calibration_Init_byArea(int u, int v, int Lr, int Sr, ClonefishRect rcArea,
+                                         float Ang, int Scale_N, int nOutW, int nOutH, int* pMapTbl,
+                                         int Tile_Angle, int CamPos);
+
+    // ---- renderers: staged input to the caller's frame; true when the frame is complete ----
+
+    bool AccessCtr_FESingleView(unsigned char* pIn, unsigned char* pOut, int nInW, int nInH,
+                                int nScreenW, int nScreenH);
+
+    // ---- mapping drivers: choose the kernel by format ----
+    //
+    // The FC and CPI drivers differ only in the order of their sizes. bSetting and the reserved
+    // arguments are ignored. The whole-frame drivers use m_nPitch as stride, those by lines nInW.
+    // Whole frame: a null table does nothing. By lines: see CBilinear for the result; a null table
+    // gives -1, RGB is refused with a printed line and 0. The _YV12 drivers run the semi-planar
+    // kernels, as the _NV12 ones do.
+
+    void FCMapping(FORMAT format, unsigned char* pSrc, unsigned char* pDst, int* pTbl, int nInW,
+                   int nInH, int nOutW, int nOutH, bool bSetting);
+    int FCMapping_line(FORMAT format, unsigned char* pSrc, unsigned char* pDst, int* pTbl, int nInW,
+                       int nInH, int nOutW, int nOutH, bool bSetting, int nLine);
+    void CPIMapping(FORMAT format, unsigned char* pSrc, unsigned char* pDst, int* pTbl, int nInW,
+                    int nInH, int nOutH, int nReserved1, int nReserved2, int nOutW, bool bSetting);
+    int CPIMapping_line(FORMAT format, unsigned char* pSrc, unsigned char* pDst, int* pTbl,
+                        int nInW, int nInH, int nOutH, int nReserved1, int nReserved2, int nOutW,
+                        bool bSetting, int nLine);
+
+    void FCMapping_NV12(unsigned char* pSrc, unsigned char* pDst, int* pTbl, int nInW, int nInH,
+                        int nOutW, int nOutH, bool bSetting);
+    void FCMapping_YV12(unsigned char* pSrc, unsigned char* pDst, int* pTbl, int nInW, int nInH,
+                        int nOutW, int nOutH, bool bSetting);
+    int FCMapping_NV12_line(unsigned char* pSrc, unsigned char* pDst, int* pTbl, int nInW, int nInH,
+                            int nOutW, int nOutH, bool bSetting, int nLine);
+    int FCMapping_YV12_line(unsigned char* pSrc, unsigned char* pDst, int* pTbl, int nInW, int nInH,
+                            int nOutW, int nOutH, bool bSetting, int nLine);
+    void CPIMapping_NV12(unsigned char* pSrc, unsigned char* pDst, int* pTbl, int nInW, int nInH,
+                         int nOutH, int nReserved1, int nReserved2, int nOutW, bool bSetting);
+    void CPIMapping_YV12(unsigned char* pSrc, unsigned char* pDst, int* pTbl, int nInW, int nInH,
+                         int nOutH, int nReserved1, int nReserved2, int nOutW, bool bSetting);
+    int CPIMapping_NV12_line(unsigned char* pSrc, unsigned char* pDst, int* pTbl, int nInW,
+                             int nInH, int nOutH, int nReserved1, int nReserved2, int nOutW,
+                             bool bSetting, int nLine);
+    int CPIMapping_YV12_line(unsigned char* pSrc, unsigned char* pDst, int* pTbl, int nInW,
+                             int nInH, int nOutH, int nReserved1, int nReserved2, int nOutW,
+                             bool bSetting, int nLine);
+
+    // ---- frame description ----
+
+    unsigned char* m_pInput = nullptr; // caller's frame, only meaningful during a call
+    FORMAT m_nFormat = FORMAT_YUYV;    // of the last set-up frame
+    int m_nInputW = 1280;
+    int m_nInputH = 1024;
+    float m_fScaleX = 1.0f; // input width / 1280
+    float m_fScaleY = 1.0f; // input height / 1024
+    int m_nPitch = 0;       // distance of two input rows, pixels
+    int m_nLineIndex = -1;  // -1 whole frames; 0 and more: first row of the next band
+    int m_nCam = 0;
+
+    // ---- output description ----
+
+    int m_nScreenW = 800;
+    int m_nScreenH = 600;
+    float m_fScreenScaleX = 0; // screen width / 800
+    float m_fScreenScaleY = 0; // screen height / 600
+    int m_nScreenRes = 4;      // screen class: 4 is 4:3, 16 is 16:9
+    int m_nRefW = 0;           // reference screen
+    int m_nRefH = 0;
+    int m_nAngleLimit = 0; // highest tilt, degrees
+
+    // ---- lens ----
+
+    int m_nCenterX = 0; // along the input's rows
+    int m_nCenterY = 0; // along the input's columns
+    int m_nRadius = 0;
+    int m_nRadius2 = 0;
+    int m_nCamPos = 0; // 0 ceiling, 1 wall, 2 floor
+
+    // ---- layout ----
+
+    unsigned char m_bQuad = 0;
+    unsigned char m_b360 = 0;
+    unsigned char m_b180 = 0;
+    unsigned char m_bSingle = 0;
+    unsigned char m_bSpareLayout = 0;
+    unsigned char m_bLargeInput = 0;  // input wider than 2048
+    unsigned char m_bSetup = 0;       // rebuild everything on the next frame
+    unsigned char m_bModeChanged = 0; // set with m_bSetup on every change of the view mode
+    unsigned char m_bKeyFlag1 = 0;    // added into the rebuild keys; never set by the library
+    unsigned char m_bKeyFlag2 = 0;
+    unsigned char m_bKeyFlag3 = 0;
+    unsigned char m_bTall180 = 0;
+    int m_nModeKey = 0;
+    int m_nEventPan = 0;
+    int m_nEventTilt = 0;
+
+    // ---- overlay and options: stored, not drawn ----
+
+    unsigned char m_bOverlay = 0;
+    unsigned char m_bOverlayAux = 0;
+    unsigned char m_bOverlaySpare[3] = {0, 0, 0};
+    short m_nOverlayCode = 0;
+    short m_nQuadOption = 0;
+    int m_nOverlaySpare = 0;
+
+    // ---- sub-view positions: pan in quarter degrees, tilt, zoom step, offset in input pixels ----
+
+    int m_nQuad1Pan = 0, m_nQuad1Tilt = 0, m_nQuad1Zoom = 0, m_nQuad1Aux = 0;
+    int m_nQuad2Pan = 0, m_nQuad2Tilt = 0, m_nQuad2Zoom = 0, m_nQuad2Aux = 0;
+    int m_nQuad3Pan = 0, m_nQuad3Tilt = 0, m_nQuad3Zoom = 0, m_nQuad3Aux = 0;
+    int m_nQuad4Pan = 0, m_nQuad4Tilt = 0, m_nQuad4Zoom = 0, m_nQuad4Aux = 0;
+    int m_n360View1Pan = 0, m_n360View1Tilt = 0, m_n360View1Zoom = 0, m_n360View1Aux = 0;
+    int m_n360View2Pan = 0, m_n360View2Tilt = 0, m_n360View2Zoom = 0, m_n360View2Aux = 0;
+    int m_nSinglePan = 0, m_nSingleTilt = 0, m_nSingleZoom = 0, m_nSingleAux = 0;
+    int m_n180Pan = 0;
+    int m_nAngle30 = 0;
+
+    // ---- what the tables were last built for ----
+
+    int m_nQuad1Key = 0, m_nQuad1PanBuilt = 0;
+    int m_nQuad3Key = 0, m_nQuad3PanBuilt = 0;
+    int m_nQuad4Key = 0, m_nQuad4PanBuilt = 0;
+    int m_n360View1Key = 0, m_n360View1PanBuilt = 0;
+    int m_n360View2Key = 0, m_n360View2PanBuilt = 0;
+    int m_nSingleKey = 0, m_nSinglePanBuilt = 0;
+    float m_f360PanLimit = 0;
+    int m_nQuadBytes = 0;
+
+    // ---- panorama sizing, pixels ----
+
+    int m_nPanoBase = 0;
+    int m_nPanoH = 0; // height in use
+    int m_nPanoHSmall = 0;
+    int m_nPanoHLarge = 0;
+    int m_nPanoH0 = 0;
+
+    // ---- sine and cosine of 0..1439 quarter degrees ----
+
+    float m_fSinTbl[1440] = {};
+    float m_fCosTbl[1440] = {};
+
+    // ---- working buffers ----
+
+    unsigned char* m_pStaged = nullptr;     // staged input frame
+    unsigned char* m_pViewImage = nullptr;  // work image: rendered views
+    unsigned char* m_pWorkImageA = nullptr; // work image
+    unsigned char* m_pPanoImage = nullptr;  // work image: panorama
+    int* m_pSubMapA = nullptr;              // mapping tables, see CBilinear.h
+    int* m_pSubMapB = nullptr;
+    int* m_pMapTable = nullptr;
+    int* m_pMapWork = nullptr;         // copy of a table with byte offsets, for packed frames
+    unsigned char* m_pSpare[9] = {};   // not used; freed with the others when a host sets them
+    std::size_t m_nCapacity[8] = {};   // bytes that each buffer really holds
+    unsigned char* m_pBlock = nullptr; // host's block, when the buffers were carved from one
+    unsigned int m_nBlockSize = 0;
+    int m_nPackedEntries = 0; // entries of m_pMapWork that are up to date
+
+    FISHSETTINGPARAM m_FishSetting;
+    FE_ViewParams m_ViewParams; // layout, mounting and sub-view of the last update
+};
+
+#endif

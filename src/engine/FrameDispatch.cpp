@@ -1,0 +1,110 @@
+// One frame: take over its description, stage it and run the layout's renderers.
+#include "FEDSP.h"
+
+#include "engine/Buffers.h"
+#include "engine/SubViews.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace {
+
+// Bytes that staging a frame writes.
+std::int64_t stagedBytes(std::int64_t w, std::int64_t h, FORMAT format)
+{
+    switch (format) {
+    case FORMAT_NV12:
+    case FORMAT_YV12:
+        return w * h * 3 / 2;
+    case FORMAT_RGB:
+        return w * h * 3;
+    default:
+        return 0;
+    }
+}
+
+// True when the slot's buffers hold the frame, and all that the tables may point to in it. Tables
+// of earlier frames may hold entries up to the larger of their height and this one's.
+bool frameFits(const FEDSP& e, int w, int h, FORMAT format, int pitch)
+{
+    if (w < 4 || h < 4 || pitch < 1 || !fe::hasBuffers(e)) return false;
+    const std::int64_t capacity = std::int64_t(e.m_nCapacity[fe::kStaged]);
+    const std::int64_t columns = std::max(w, pitch);
+    const std::int64_t rows = e.m_bSetup ? h : std::max(h, e.m_nInputH);
+    if (stagedBytes(w, h, format) > capacity || 2 * columns * rows > capacity) return false;
+
+    if (fe::currentMode(e) == fe::kModeSingle) {
+        const std::int64_t pixels = std::int64_t(e.m_nScreenW) * e.m_nScreenH;
+        const std::int64_t image = pixels * 3 / 2 + e.m_nScreenW + e.m_nScreenH + 2;
+        return pixels * 8 <= std::int64_t(e.m_nCapacity[fe::kMapTable]) &&
+               pixels * 8 <= std::int64_t(e.m_nCapacity[fe::kMapWork]) &&
+               image <= std::int64_t(e.m_nCapacity[fe::kViewImage]);
+    }
+    return true;
+}
+
+// Black, as a 4:2:0 frame. Kept: also for RGB, whose last third then stays as it was.
+void clearOutput(unsigned char* out, int screenW, int screenH)
+{
+    const std::size_t luma = std::size_t(screenW) * std::size_t(screenH);
+    std::memset(out, 0, luma);
+    std::memset(out + luma, 128, luma / 2);
+}
+
+void takeOverFrame(FEDSP& e, int w, int h, FORMAT format)
+{
+    e.m_nInputW = w;
+    e.m_nInputH = h;
+    e.m_fScaleX = float(w / 1280.0);
+    e.m_fScaleY = float(h / 1024.0);
+    e.m_nFormat = format;
+    e.m_bLargeInput = w > 2048;
+    if (e.m_nScreenRes == 16)
+        e.OnScreenres16();
+    else
+        e.OnScreenres4();
+}
+
+void renderLayout(FEDSP& e, unsigned char* out, int w, int h, FORMAT format, bool flip)
+{
+    const int mode = fe::currentMode(e);
+    if (mode == 0) return;
+    if (e.m_nLineIndex < 1) e.AccessCtr_FECopypIn(e.m_pInput, e.m_pStaged, w, h, format, flip);
+    if (mode == fe::kModeSingle)
+        e.AccessCtr_FESingleView(e.m_pStaged, out, w, h, e.m_nScreenW, e.m_nScreenH);
+}
+
+} // namespace
+
+bool FEDSP::LumoAccessCtr_FEProc_VideoInput(int, int, unsigned char* pIn, unsigned char* pOut,
+                                            int nW, int nH, FORMAT format, bool bFlip, int nPitch)
+{
+    if (!pIn || !pOut || !frameFits(*this, nW, nH, format, nPitch)) return false;
+
+    m_nPitch = nPitch;
+    m_pInput = pIn;
+    if (m_bSetup) {
+        takeOverFrame(*this, nW, nH, format);
+        clearOutput(pOut, m_nScreenW, m_nScreenH);
+    }
+    // The renderers read m_bSetup to see whether they must rebuild.
+    renderLayout(*this, pOut, nW, nH, format, bFlip);
+    m_bSetup = 0;
+    return true;
+}
+
+void FEDSP::OnScreenres4()
+{
+    m_nAngleLimit = 45;
+    m_nRefW = 800;
+    m_nRefH = 600;
+    for (const fe::SubViewFields& view : fe::allViews())
+        this->*view.tilt = std::min(this->*view.tilt, 45);
+}
+
+void FEDSP::OnScreenres16()
+{
+    m_nAngleLimit = 60;
+    m_nRefW = 800;
+    m_nRefH = 450;
+}
