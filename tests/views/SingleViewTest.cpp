@@ -1,0 +1,497 @@
+#include "Capture.h"
+#include "Frames.h"
+
+#include "mapping/MapEntry.h"
+
+#include <algorithm>
+#include <gtest/gtest.h>
+
+namespace {
+
+constexpr const char* kBuildLine = "Fisheye_calibration_Init_byArea:";
+
+// A slot in the single view, 1280x1024 to 800x600, and frames to feed it.
+class SingleView : public testing::Test {
+protected:
+    SingleView()
+        : slot(1280, 1024, 800, 600), e(slot.engine()), in(patternFrame(1280, 1024, FORMAT_NV12)),
+          out(800, 600)
+    {
+    }
+
+    void select(int camPos, int pan = 0, int tilt = 0, int radius = 640)
+    {
+        FE_ViewParams view = slot.view(8, camPos);
+        view.nRadius = static_cast<unsigned short>(radius);
+        FE_EventParams event;
+        event.nPanStep = static_cast<short>(pan);
+        event.nTiltStep = static_cast<short>(tilt);
+        ParamsUpdated(0, &event, &view);
+    }
+    // Renders a frame and tells whether the table was built.
+    bool frameBuilds()
+    {
+        return occurrences(printedBy([&] { EXPECT_EQ(slot.frame(in, out), 0); }), kBuildLine) > 0;
+    }
+    // Feeds `count` frames and returns the values of a field after each.
+    std::vector<int> overFrames(int FEDSP::*field, int count)
+    {
+        std::vector<int> values;
+        for (int i = 0; i < count; ++i) {
+            slot.frame(in, out);
+            values.push_back(e.*field);
+        }
+        return values;
+    }
+
+    TestSlot slot;
+    FEDSP& e;
+    Bytes in;
+    OutputFrame out;
+};
+
+using Values = std::vector<int>;
+
+} // namespace
+
+TEST_F(SingleView, AHeldTiltStepMovesTheOffsetUpToItsTop)
+{
+    select(0, 0, -10);
+    EXPECT_EQ(overFrames(&FEDSP::m_nSingleAux, 6), (Values{14, 28, 42, 56, 64, 64}));
+    EXPECT_EQ(e.m_nSingleTilt, 45);
+    select(0, 0, 10);
+    EXPECT_EQ(overFrames(&FEDSP::m_nSingleTilt, 6), (Values{35, 25, 15, 5, 0, 0}));
+    EXPECT_EQ(e.m_nSingleAux, 0);
+}
+
+TEST_F(SingleView, AHeldPanStepTurnsOnWhateverTheSubViewAndRebuilds)
+{
+    select(0, 10);
+    EXPECT_EQ(overFrames(&FEDSP::m_nSinglePan, 3), (Values{33, 66, 99}));
+    EXPECT_TRUE(frameBuilds());
+    select(0, -10);
+    EXPECT_EQ(overFrames(&FEDSP::m_nSinglePan, 2), (Values{99, 66}));
+    select(0, 0);
+    frameBuilds();
+    EXPECT_FALSE(frameBuilds());
+}
+
+TEST_F(SingleView, TheFloorSteersTheOtherWayRound)
+{
+    select(2, 10);
+    EXPECT_EQ(overFrames(&FEDSP::m_nSinglePan, 2), (Values{-33, -66}));
+    select(2, 0, 10);
+    EXPECT_EQ(overFrames(&FEDSP::m_nSingleTilt, 5), (Values{10, 20, 30, 40, 45}));
+    select(2, 0, -10);
+    EXPECT_EQ(overFrames(&FEDSP::m_nSingleTilt, 5), (Values{35, 25, 15, 5, 0}));
+}
+
+TEST_F(SingleView, EqualStepsCountAsAPanStep)
+{
+    select(0, 10, -10);
+    slot.frame(in, out);
+    EXPECT_EQ(e.m_nSinglePan, 33);
+    EXPECT_EQ(e.m_nSingleTilt, 0);
+}
+
+TEST_F(SingleView, NoStepIsAPanStepOfNothingThatLimitsTheOffset)
+{
+    select(0);
+    e.m_nSingleAux = 1000;
+    slot.frame(in, out);
+    EXPECT_EQ(e.m_nSinglePan, 0);
+    EXPECT_EQ(e.m_nSingleAux, 64);
+    e.m_nSingleAux = -3;
+    slot.frame(in, out);
+    EXPECT_EQ(e.m_nSingleAux, 0);
+}
+
+TEST_F(SingleView, TheTiltStaysInItsLimitsOnCeilingAndFloor)
+{
+    for (int camPos : {0, 2})
+        for (int step : {-32768, 32767}) {
+            select(camPos, 0, step);
+            overFrames(&FEDSP::m_nSingleTilt, 2);
+            EXPECT_EQ(e.m_nSingleTilt, (step < 0) == (camPos == 0) ? 45 : 0);
+        }
+    select(0, 0, 1);
+    e.m_nSingleTilt = -7; // set from outside
+    slot.frame(in, out);
+    EXPECT_EQ(e.m_nSingleTilt, 0);
+}
+
+TEST_F(SingleView, ZoomSlowsThePanAndWidensTheOffset)
+{
+    select(0, 10);
+    e.m_nSingleZoom = 44;
+    // top = 44 * 9 + 64 = 460, slope = 10.222; 80 / 11.222 = 7.13
+    EXPECT_EQ(overFrames(&FEDSP::m_nSinglePan, 2), (Values{7, 14}));
+    select(0, 0, -3);
+    // 3 * 10.222 = 30.67, 61.67 and 92.67 truncated
+    EXPECT_EQ(overFrames(&FEDSP::m_nSingleAux, 3), (Values{30, 60, 90}));
+}
+
+TEST_F(SingleView, TheWallTiltsBothWays)
+{
+    select(1, 0, -10);
+    EXPECT_EQ(e.m_nSingleZoom, 10);
+    // At zoom 10 the slope is 0, raised to 1; the offset may not leave 0..45.
+    EXPECT_EQ(overFrames(&FEDSP::m_nSingleTilt, 6), (Values{-10, -20, -30, -40, -45, -45}));
+    EXPECT_EQ(e.m_nSingleAux, 45);
+    select(1, 0, 10);
+    EXPECT_EQ(overFrames(&FEDSP::m_nSingleTilt, 10),
+              (Values{-35, -25, -15, -5, 5, 15, 25, 35, 45, 45}));
+}
+
+TEST_F(SingleView, TheWallsOffsetFollowsTheTiltWhenZoomedIn)
+{
+    select(1, 0, -10);
+    e.m_nSingleZoom = 50;
+    // top = (150 - 30) * 3 = 360, slope = 2: tilt by 10 / 2, offset by 10 * 2, lowest
+    // -(25 - 10) * 9 = -135.
+    EXPECT_EQ(overFrames(&FEDSP::m_nSingleAux, 8),
+              (Values{-20, -40, -60, -80, -100, -120, -135, -135}));
+    EXPECT_EQ(e.m_nSingleTilt, -40);
+    select(1, 0, 32767);
+    slot.frame(in, out);
+    EXPECT_EQ(e.m_nSingleAux, 360);
+    EXPECT_EQ(e.m_nSingleTilt, 45);
+}
+
+TEST_F(SingleView, TheWallsPanIsLimitedByTheZoom)
+{
+    select(1, 10);
+    // Zoom 10: 20 * 1 / (0 + 1) a frame; limit (1 * 90 + (5 - 10) * 3) * 1 = 75
+    EXPECT_EQ(overFrames(&FEDSP::m_nSinglePan, 5), (Values{20, 40, 60, 75, 75}));
+    select(1, -10);
+    EXPECT_EQ(overFrames(&FEDSP::m_nSinglePan, 8), (Values{55, 35, 15, -5, -25, -45, -65, -75}));
+}
+
+TEST_F(SingleView, TheWallMovesTheCentreSidewaysInsteadOfTurning)
+{
+    select(1, 10);
+    EXPECT_NE(printedBy([&] { slot.frame(in, out); })
+                  .find("u[512] v[660], Lr[640], Sr[640] Ang[720.000000] Scale_N[10] "
+                        "Tile_Angle[0] CamPos[2]"),
+              std::string::npos);
+}
+
+TEST_F(SingleView, ArgumentsOfTheTableOnCeilingAndFloor)
+{
+    select(0, 10);
+    EXPECT_NE(printedBy([&] { slot.frame(in, out); })
+                  .find("u[512] v[640], Lr[640], Sr[640] Ang[123.000000] Scale_N[0] "
+                        "Tile_Angle[0] CamPos[0]"),
+              std::string::npos);
+    e.m_nSinglePan = -100 - 33;
+    EXPECT_NE(printedBy([&] { slot.frame(in, out); }).find("Ang[1430.000000]"), std::string::npos);
+    select(2);
+    e.m_nSinglePan = 1440 * 5 + 7;
+    EXPECT_NE(printedBy([&] { slot.frame(in, out); }).find("Ang[97.000000]"), std::string::npos);
+    EXPECT_EQ(e.m_nSinglePan, 1440 * 5 + 7);
+}
+
+TEST_F(SingleView, TheLensRadiusGrowsWithTheZoom)
+{
+    const auto radiusAt = [&](int zoom) {
+        e.m_nSingleZoom = zoom;
+        e.m_bSetup = 1;
+        const std::string line = printedBy([&] { slot.frame(in, out); });
+        return std::stoi(line.substr(line.find("Lr[") + 3));
+    };
+    select(0);
+    EXPECT_EQ(radiusAt(7), 640 + 4);   // 7 * 1.5 * 0.4 = 4.2
+    EXPECT_EQ(radiusAt(88), 640 + 52); // 52.8
+    select(1);
+    EXPECT_EQ(radiusAt(25), 640 + 22); // 15 * 1.5
+}
+
+TEST(SingleViewRadius, WideInputsGrowItFaster)
+{
+    const auto radiusAt = [](int width, int camPos, int zoom) {
+        TestSlot slot(width, 1024, 800, 600);
+        slot.update(8, camPos);
+        slot.engine().m_nRadius = 500;
+        slot.engine().m_nSingleZoom = zoom;
+        Bytes in = constantFrame(width, 1024, FORMAT_NV12, 5);
+        OutputFrame out(800, 600);
+        const std::string line = printedBy([&] { slot.frame(in, out); });
+        return std::stoi(line.substr(line.find("Lr[") + 3));
+    };
+    EXPECT_EQ(radiusAt(1920, 0, 20), 500 + 60); // 20 * 1.5 * 1.5^3 * 0.4 * 1.5 = 60.75
+    EXPECT_EQ(radiusAt(1920, 1, 20), 500 + 50); // 10 * 1.5 * 1.5^3 = 50.6
+    EXPECT_EQ(radiusAt(2560, 0, 21), 520 + 31); // 520 + 31.5
+    EXPECT_EQ(radiusAt(2560, 1, 21), 500 + 33);
+}
+
+TEST_F(SingleView, EveryKeyedChangeRebuilds)
+{
+    select(0);
+    frameBuilds();
+    EXPECT_FALSE(frameBuilds());
+    for (int FEDSP::*field : {&FEDSP::m_nSingleZoom, &FEDSP::m_nSingleTilt, &FEDSP::m_nSingleAux,
+                              &FEDSP::m_nSinglePan}) {
+        e.*field += 1;
+        EXPECT_TRUE(frameBuilds());
+        EXPECT_FALSE(frameBuilds());
+    }
+    e.m_nScreenRes = 16;
+    EXPECT_TRUE(frameBuilds());
+    EXPECT_FALSE(frameBuilds());
+    e.m_nCamPos = 2;
+    EXPECT_TRUE(frameBuilds());
+    EXPECT_FALSE(frameBuilds());
+    e.m_bKeyFlag1 = 1;
+    EXPECT_TRUE(frameBuilds());
+    e.m_bKeyFlag2 = 1;
+    EXPECT_TRUE(frameBuilds());
+    EXPECT_FALSE(frameBuilds());
+    e.m_nScreenW = 796;
+    EXPECT_TRUE(frameBuilds());
+    e.m_bSetup = 1;
+    EXPECT_TRUE(frameBuilds());
+    EXPECT_FALSE(frameBuilds());
+    e.m_bKeyFlag3 = 1; // rebuilds on every frame while it is set
+    EXPECT_TRUE(frameBuilds());
+    EXPECT_TRUE(frameBuilds());
+}
+
+TEST_F(SingleView, HeightCentreAndRadiusAreNotKeyed)
+{
+    select(0);
+    frameBuilds();
+    e.m_nScreenH = 596;
+    EXPECT_FALSE(frameBuilds());
+    select(0, 0, 0, 500);
+    EXPECT_FALSE(frameBuilds());
+    e.m_nCenterX += 10;
+    EXPECT_FALSE(frameBuilds());
+    e.m_bSetup = 1;
+    EXPECT_TRUE(frameBuilds());
+}
+
+TEST_F(SingleView, ChangesThatCancelInTheKeyDoNotRebuild)
+{
+    select(0);
+    frameBuilds();
+    e.m_nSingleZoom += 3;
+    e.m_nSingleAux -= 0;
+    e.m_nSingleTilt -= 3;
+    EXPECT_FALSE(frameBuilds());
+}
+
+TEST_F(SingleView, OtherMountingsBuildNothingButStoreTheKeyAndFlip)
+{
+    select(0);
+    slot.frame(in, out);
+    e.m_nCamPos = 3;
+    e.m_nSinglePan = 5;
+    OutputFrame turned(800, 600);
+    EXPECT_EQ(printedBy([&] { slot.frame(in, turned); }).find(kBuildLine), std::string::npos);
+    EXPECT_EQ(e.m_nSinglePanBuilt, 5);
+    EXPECT_EQ(e.m_nSingleKey, 800 + 3 + 4);
+    for (const std::size_t row : {std::size_t(0), std::size_t(77), std::size_t(599)})
+        EXPECT_TRUE(std::equal(out.data() + row * 800, out.data() + row * 800 + 800,
+                               turned.data() + (599 - row) * 800));
+}
+
+TEST_F(SingleView, TheFloorIsTurnedUpsideDown)
+{
+    select(2);
+    slot.frame(in, out);
+    OutputFrame direct(800, 600);
+    e.FCMapping(FORMAT_NV12, e.m_pStaged, direct.data(), e.m_pMapTable, 1280, 1024, 800, 600, true);
+    Bytes expected(out.size());
+    e.TransferButtomToUpPlanar(direct.data(), expected.data(), 800, 600, true);
+    EXPECT_EQ(out.bytes(), expected);
+}
+
+TEST_F(SingleView, UnknownFormatsDrawNothing)
+{
+    select(0);
+    for (int format : {4, -1, 1000}) {
+        e.m_bSetup = 1;
+        OutputFrame frame(800, 600);
+        const std::string printed = printedBy([&] { slot.frame(in, frame, FORMAT(format)); });
+        EXPECT_EQ(printed.find("Bilinear"), std::string::npos);
+        EXPECT_EQ(occurrences(printed, kBuildLine), 1);
+        EXPECT_EQ(frame[0], 0); // cleared by the set-up frame
+        EXPECT_EQ(frame[480000], 128);
+    }
+}
+
+TEST_F(SingleView, PrintsTwoTimingLinesAFrame)
+{
+    select(0);
+    slot.frame(in, out);
+    EXPECT_EQ(maskTicks(printedBy([&] { slot.frame(in, out); })),
+              "Bilinear_NV12_C: luma Tick N, sum_empty_pixel 0\nBilinear_NV12_C: chroma Tick N\n");
+}
+
+TEST_F(SingleView, BandsJoinToTheWholeFrame)
+{
+    select(0, 10);
+    slot.frame(in, out);
+    select(0);
+    slot.frame(in, out);
+    OutputFrame banded(800, 600);
+    int line = 0;
+    for (; line < 600; line += 64) {
+        e.m_nLineIndex = line;
+        EXPECT_EQ(e.AccessCtr_FESingleView(e.m_pStaged, banded.data(), 1280, 1024, 800, 600),
+                  line + 64 >= 600);
+        // Untouched below the band.
+        if (line + 64 < 600) {
+            EXPECT_EQ(banded[std::size_t(line + 64) * 800], 0xA5);
+        }
+    }
+    EXPECT_TRUE(std::equal(out.data(), out.data() + 480000, banded.data()));
+    for (std::size_t i = 480000; i < 720000; i += 2) {
+        ASSERT_EQ(banded[i], out[i + 1]); // the band kernel exchanges the chroma bytes
+        ASSERT_EQ(banded[i + 1], out[i]);
+    }
+}
+
+TEST_F(SingleView, AFlippedBandedFrameAppearsWithItsLastBand)
+{
+    select(2);
+    slot.frame(in, out);
+    OutputFrame banded(800, 600);
+    for (int line = 0; line < 600; line += 64) {
+        EXPECT_EQ(banded.bytes(), OutputFrame(800, 600).bytes()) << line;
+        e.m_nLineIndex = line;
+        e.AccessCtr_FESingleView(e.m_pStaged, banded.data(), 1280, 1024, 800, 600);
+    }
+    EXPECT_TRUE(std::equal(out.data(), out.data() + 480000, banded.data()));
+}
+
+TEST_F(SingleView, SteersOnceABandedFrame)
+{
+    select(0, 10);
+    for (int line : {0, 64, 128}) {
+        e.m_nLineIndex = line;
+        e.AccessCtr_FESingleView(e.m_pStaged, out.data(), 1280, 1024, 800, 600);
+    }
+    EXPECT_EQ(e.m_nSinglePan, 33);
+}
+
+TEST_F(SingleView, RgbInBandsIsRefusedWithALine)
+{
+    select(0);
+    e.m_nFormat = FORMAT_RGB;
+    e.m_nLineIndex = 0;
+    bool done = true;
+    EXPECT_EQ(occurrences(printedBy([&] {
+                              done = e.AccessCtr_FESingleView(e.m_pStaged, out.data(), 1280, 1024,
+                                                              800, 600);
+                          }),
+                          "FORMAT_RGB is Not support \n"),
+              1);
+    EXPECT_FALSE(done);
+}
+
+TEST(SingleViewFormats, ThreePlanesShowTheSamePictureAsTwo)
+{
+    for (int camPos : {0, 1, 2}) {
+        TestSlot slot(640, 480, 320, 240);
+        Bytes nv12 = patternFrame(640, 480, FORMAT_NV12), yv12 = nv12;
+        const std::size_t luma = 640 * 480;
+        for (std::size_t i = 0; i < luma / 4; ++i) {
+            yv12[luma + i] = nv12[luma + 2 * i];
+            yv12[luma + luma / 4 + i] = nv12[luma + 2 * i + 1];
+        }
+        OutputFrame two(320, 240), three(320, 240);
+        slot.update(8, camPos);
+        slot.frame(nv12, two);
+        slot.engine().m_bSetup = 1;
+        slot.frame(yv12, three, FORMAT_YV12);
+        EXPECT_TRUE(std::equal(two.data(), two.data() + 320 * 240, three.data()));
+        for (std::size_t i = 0; i < 320 * 240 / 4; ++i) {
+            ASSERT_EQ(three[320 * 240 + i], two[320 * 240 + 2 * i]);
+            ASSERT_EQ(three[320 * 240 * 5 / 4 + i], two[320 * 240 + 2 * i + 1]);
+        }
+    }
+}
+
+TEST(SingleViewFormats, RgbShowsTheLumasPictureInEveryByte)
+{
+    for (int camPos : {0, 1, 2}) {
+        TestSlot slot(640, 480, 320, 240);
+        Bytes luma = patternFrame(640, 480, FORMAT_NV12), rgb(640 * 480 * 3);
+        for (std::size_t i = 0; i < 640 * 480; ++i) {
+            rgb[3 * i] = luma[i];
+            rgb[3 * i + 1] = static_cast<unsigned char>(255 - luma[i]);
+            rgb[3 * i + 2] = static_cast<unsigned char>(luma[i] / 2);
+        }
+        OutputFrame planar(320, 240), packed(320, 240, FORMAT_RGB);
+        slot.update(8, camPos);
+        slot.frame(luma, planar);
+        slot.engine().m_bSetup = 1;
+        slot.frame(rgb, packed, FORMAT_RGB);
+        for (std::size_t y = 0; y < 240; ++y)
+            for (std::size_t x = 0; x < 320; ++x) {
+                // Packed frames are not turned on the other mountings.
+                const std::size_t row = camPos == 0 ? y : 239 - y;
+                ASSERT_EQ(packed[3 * (y * 320 + x) + 2], planar[row * 320 + x]) << camPos;
+            }
+    }
+}
+
+TEST(SingleViewFormats, AConstantRgbFrameComesOutWithRedAndBlueExchanged)
+{
+    TestSlot slot(640, 480, 320, 240);
+    Bytes in(640 * 480 * 3);
+    for (std::size_t i = 0; i < in.size(); i += 3) {
+        in[i] = 10;
+        in[i + 1] = 20;
+        in[i + 2] = 30;
+    }
+    slot.update(8, 0);
+    OutputFrame out(320, 240, FORMAT_RGB);
+    EXPECT_EQ(slot.frame(in, out, FORMAT_RGB), 0);
+    for (std::size_t i = 0; i < out.size(); i += 3) {
+        ASSERT_EQ(out[i], 30);
+        ASSERT_EQ(out[i + 1], 20);
+        ASSERT_EQ(out[i + 2], 10);
+    }
+}
+
+TEST(SingleViewSizes, OddPortraitAndLargeScreensStayInTheirFrame)
+{
+    struct Case {
+        int inW, inH, screenW, screenH;
+    };
+    for (const Case& c : {Case{1280, 1024, 801, 601},
+                          {1280, 1024, 1920, 1080},
+                          {640, 480, 1920, 1080},
+                          {2048, 2048, 1080, 1920},
+                          {320, 240, 1, 1},
+                          {320, 240, 0, 0},
+                          {321, 241, 320, 239},
+                          {321, 241, 319, 240},
+                          {4096, 240, 320, 480}})
+        for (int camPos : {0, 1, 2})
+            for (FORMAT format : {FORMAT_NV12, FORMAT_YV12, FORMAT_RGB}) {
+                TestSlot slot(c.inW, c.inH, c.screenW, c.screenH);
+                ASSERT_EQ(slot.status(), 0);
+                slot.update(8, camPos, 1, 0, 0, camPos);
+                Bytes in = constantFrame(c.inW, c.inH, format, 77);
+                OutputFrame out(c.screenW, c.screenH, format);
+                EXPECT_EQ(slot.frame(in, out, format, true), 0);
+                EXPECT_EQ(slot.frame(in, out, format, true), 0);
+                for (std::size_t i = 0; i < std::size_t(c.screenW) * std::size_t(c.screenH); ++i)
+                    ASSERT_EQ(out[i], 77);
+            }
+}
+
+TEST(SingleViewSizes, OddWholeFramesHoldTheKernelsBytes)
+{
+    TestSlot slot(640, 480, 319, 239);
+    slot.update(8, 0);
+    Bytes in = patternFrame(640, 480, FORMAT_NV12);
+    OutputFrame out(319, 239), room(330, 250);
+    slot.frame(in, out);
+    FEDSP& e = slot.engine();
+    e.FCMapping(FORMAT_NV12, e.m_pStaged, room.data(), e.m_pMapTable, 640, 480, 319, 239, true);
+    EXPECT_TRUE(std::equal(out.data(), out.data() + out.size(), room.data()));
+}
