@@ -62,8 +62,9 @@ void FEDSP::FE_Initialize(int nCam, int nInW, int nInH, int nScreenRes)
     m_nAngleLimit = m_nScreenRes == 4 ? 45 : 60;
 
     // The constants stand for pi and 1/180; views are calibrated with the table as it comes out.
+    const auto wide = [](auto value) { return static_cast<long double>(value); };
     for (int i = 0; i < 1440; ++i) {
-        const long double x = static_cast<long double>(i) * 3.14159f * 0.25f * 0.00556f;
+        const long double x = wide(i) * wide(3.14159f) * wide(0.25f) * wide(0.00556f);
         m_fSinTbl[i] = float(std::sin(double(x)));
         m_fCosTbl[i] = float(std::cos(double(x)));
     }

@@ -27,7 +27,7 @@ float tiltSlope(const FEDSP& e, float rowStep)
 
 std::uint32_t fraction(float position, int whole)
 {
-    return std::uint32_t(fe::trunc32((position - float(whole & 0xFFFF)) * 256));
+    return std::uint32_t(fe::trunc32(double((position - float(whole & 0xFFFF)) * 256)));
 }
 
 } // namespace

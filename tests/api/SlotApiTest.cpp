@@ -51,7 +51,9 @@ TEST(InitializeCall, RefusesBadSlotsWithALine)
 
 TEST(InitializeCall, ChecksTheInputSize)
 {
-    for (auto [w, h] : {std::pair{319, 240}, {320, 239}, {4097, 4096}, {4096, 4097}, {-640, 480}}) {
+    for (const auto& size :
+         {std::pair{319, 240}, {320, 239}, {4097, 4096}, {4096, 4097}, {-640, 480}}) {
+        const int w = size.first, h = size.second;
         const std::string line = "invalid S_nW S_nH, " + std::to_string(w) + " " +
                                  std::to_string(h) + ", W[320, 4096] H[240, 4096]\n";
         EXPECT_EQ(printedBy([&] { EXPECT_EQ(initialize(0, w, h), 1); }), line);
