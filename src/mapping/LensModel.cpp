@@ -25,11 +25,6 @@ float tiltSlope(const FEDSP& e, float rowStep)
     return 1 / (150 / e.m_fScaleX / rowStep) * 0.0222f;
 }
 
-std::uint32_t fraction(float position, int whole)
-{
-    return std::uint32_t(fe::trunc32(double((position - float(whole & 0xFFFF)) * 256)));
-}
-
 } // namespace
 
 void FEDSP::Fisheye_calibration_Init_byArea(int u, int v, int Lr, int Sr, ClonefishRect rcArea,
@@ -99,11 +94,8 @@ void FEDSP::Fisheye_calibration_Init_byArea(int u, int v, int Lr, int Sr, Clonef
             }
             const bool mirrored = CamPos == 1 || CamPos == 2;
             const int column = mirrored ? nOutW - 1 - j : j;
-            const int row0 = int(srcRow);
-            const int col0 = int(srcCol);
             fe::storeEntry(pMapTbl, std::size_t(i) * std::size_t(nOutW) + std::size_t(column),
-                           {fraction(srcRow, row0) | fraction(srcCol, col0) << 16,
-                            fe::wrappingSum(std::uint32_t(row0) * std::uint32_t(m_nPitch), col0)});
+                           fe::entryAt(srcRow, srcCol, m_nPitch));
         }
     }
 }

@@ -2,6 +2,8 @@
 #ifndef LUMOFE_MAPENTRY_H
 #define LUMOFE_MAPENTRY_H
 
+#include "engine/Numeric.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -28,6 +30,18 @@ inline MapEntry loadEntry(const void* table, std::size_t k)
 inline void storeEntry(void* table, std::size_t k, MapEntry entry)
 {
     std::memcpy(static_cast<unsigned char*>(table) + k * kMapEntryBytes, &entry, kMapEntryBytes);
+}
+
+// The entry of a source position, which must not be negative.
+inline MapEntry entryAt(float row, float col, int pitch)
+{
+    const auto fraction = [](float position, int whole) {
+        return std::uint32_t(trunc32(double((position - float(whole & 0xFFFF)) * 256))) & 0xFFFF;
+    };
+    const int row0 = trunc32(double(row));
+    const int col0 = trunc32(double(col));
+    return {fraction(row, row0) | fraction(col, col0) << 16,
+            wrappingSum(std::uint32_t(row0) * std::uint32_t(pitch), col0)};
 }
 
 } // namespace fe
