@@ -1,0 +1,12 @@
+// The command line.
+#ifndef LUMOFE_TOOLS_CLI_H
+#define LUMOFE_TOOLS_CLI_H
+
+namespace lumofe {
+
+// Runs the tool. Returns its exit status: 0, or 2 after one line on standard error.
+int runTool(int argc, const char* const* argv);
+
+} // namespace lumofe
+
+#endif

@@ -1,0 +1,46 @@
+// A file that appears under its name only when it is complete.
+#ifndef LUMOFE_TOOLS_OUTPUT_FILE_H
+#define LUMOFE_TOOLS_OUTPUT_FILE_H
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <string>
+#include <string_view>
+
+namespace lumofe {
+
+// Bytes go to a temporary file beside the target, which commit() renames. Without commit(), and on
+// SIGINT, SIGTERM or SIGHUP, the temporary file is removed and an older file of that name stays.
+// Pipes and devices are written directly. At most one object at a time.
+class OutputFile {
+public:
+    // path "-": the descriptor standardOutput, of which the object keeps a copy. Throws Error when
+    // the file cannot be created.
+    OutputFile(const std::string& path, int standardOutput);
+    ~OutputFile();
+    OutputFile(const OutputFile&) = delete;
+    OutputFile& operator=(const OutputFile&) = delete;
+
+    void write(const std::uint8_t* bytes, std::size_t count);
+    void write(std::string_view text);
+
+    // Hands out what is still buffered, so that the reader of a pipe sees whole frames.
+    void flush();
+
+    // Writes what is buffered, closes and renames. Throws Error when the disk is full.
+    void commit();
+
+private:
+    [[noreturn]] void fail(const char* what) const;
+    void createTemporary();
+
+    std::string name_;      // for messages
+    std::string target_;    // empty: written directly
+    std::string temporary_; // empty: written directly, or renamed
+    std::FILE* file_ = nullptr;
+};
+
+} // namespace lumofe
+
+#endif

@@ -1,0 +1,25 @@
+// Option values as text.
+#ifndef LUMOFE_TOOLS_PARSE_H
+#define LUMOFE_TOOLS_PARSE_H
+
+#include "Dewarper.h"
+
+#include <string>
+
+namespace lumofe {
+
+// Each throws Error, naming the option, for text that it does not understand.
+
+// "cx,cy,r" in pixels, rounded to whole ones; the centre not negative, the radius from 16.
+Circle parseCircle(const std::string& text);
+
+// "WxH" in pixels, each from 16 to 4096.
+Size parseSize(const std::string& text);
+
+View parseView(const std::string& text);
+Mount parseMount(const std::string& text);
+PixelFormat parsePixelFormat(const std::string& text);
+
+} // namespace lumofe
+
+#endif
