@@ -1,0 +1,22 @@
+# The commands of README.md. Everything else is CMake: see CMakePresets.json.
+
+.PHONY: all check demo setup format clean
+
+all: setup
+	cmake --preset release-32
+	cmake --build --preset release-32
+
+check: setup
+	scripts/check.sh
+
+demo: setup
+	scripts/demo.sh
+
+setup:
+	scripts/setup.sh
+
+format:
+	git ls-files '*.cpp' '*.h' '*.c' | xargs clang-format -i
+
+clean:
+	rm -rf build out

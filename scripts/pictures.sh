@@ -1,0 +1,15 @@
+#!/bin/sh
+# Draws the pictures of the documentation anew from the built-in scene: pictures.sh
+set -eu
+cd "$(dirname "$0")/.."
+
+cmake --preset release-32 >/dev/null
+cmake --build --preset release-32 --target LumoFESDK lumofe -- --quiet
+lumofe=build/release-32/bin/lumofe
+scene=$(mktemp --suffix .png)
+trap 'rm -f "$scene"' EXIT
+
+mkdir -p docs/pictures
+$lumofe scene "$scene" --size 1280 --mount ceiling
+$lumofe scene docs/pictures/scene-ceiling.jpg --size 480 --mount ceiling
+$lumofe render "$scene" -o docs/pictures/single.jpg --size 640x480 --pan -22.5 --tilt 70
