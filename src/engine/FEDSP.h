@@ -18,7 +18,7 @@
 // Source: the "fast inverse square root" of computer graphics, magic number 0x5F3759DF.
 FE_API float FastInvSqrt(float x);
 
-// Arctangent by a second-order polynomial, radians, for t >= -1; at most 0.0016 off.
+// Arctangent by a polynomial, radians, for t >= -1; at most 0.0016 off.
 // Source: Rajan, Wang, Inkol, Joyal, "Efficient approximations for the arctangent function", IEEE
 // Signal Processing Magazine 23 (2006).
 FE_API double FastAtan(double t);
@@ -57,13 +57,16 @@ public:
     int MemoryAllocated_AccessCtr(int nInW, int nInH, int nScreenW, int nScreenH);
 
     // As above, carving the buffers from the caller's block, which must outlive them. Carved
-    // buffers have no slack: screens larger than the input need the heap variant.
+    // buffers have no slack: frames that need it (packed 24-bit input of full size, screens larger
+    // than the input or upright) are refused.
     int MemoryAllocated_AccessCtr_DSP(int nInW, int nInH, int nScreenW, int nScreenH,
                                       unsigned char* pBlock, unsigned int nBlockSize);
 
-    // Bytes of such a block, without those of m_pMapWork (24 * the larger of m_nPanoH * panorama
-    // width and the screen area) and without one spare byte: the caller adds both. Also sets the
-    // screen size and the panorama heights. -1 for sizes that cannot be served.
+    // Bytes of such a block, without those of m_pMapWork and without one spare byte: the caller
+    // adds both. m_pMapWork takes 24 bytes for each of max(m_nPanoH * w, area) entries: w is the
+    // larger of the circle's radius and 5/8 of the input's width, area that of the screen, or of
+    // the input when the screen is wider or higher than it. Also sets the screen size and the
+    // panorama heights. -1 for sizes that cannot be served.
     int MemoryAllocated_DSPBuff_Estimate(int nInW, int nInH, int nScreenW, int nScreenH);
 
     // Frees every buffer (carved ones are only forgotten) and nulls its pointer.
@@ -111,8 +114,9 @@ public:
     int LmFEZoom(int nZoom, FE_ViewParams* p);
 
     // Pan and tilt of an input pixel; nX counts columns, nY rows. This variant has full resolution:
-    // pan in tenths of a degree, counter-clockwise on the floor mounting; tilt 0 to -900 on the
-    // ceiling, 0 to 900 on the floor. Wall: offsets, 900 at the rim.
+    // pan in tenths of a degree, clockwise from the picture's top (ceiling) or counter-clockwise
+    // from its bottom (floor); tilt 0 to -900 on the ceiling, 0 to 900 on the floor. Wall: offsets
+    // with the opposite sign of the variant below.
     void GetAbsolutePositionFromInputVideoPoint(int nX, int nY, short& nPan, short& nTilt);
     // The variant behind IFishEye: pan in steps of a quarter degree, clockwise; see LumoFESDK.h.
     void GetAbsolutePositionFromInputVideoPointCPU(int nX, int nY, short& nPan, short& nTilt);
@@ -141,6 +145,9 @@ public:
                                          int Tile_Angle, int CamPos);
 
     // ---- renderers: staged input to the caller's frame; true when the frame is complete ----
+    //
+    // With m_nLineIndex at 0 or more they map the band of 64 rows that starts there; the host sets
+    // m_nLineIndex to the next band's row between the calls.
 
     bool AccessCtr_FESingleView(unsigned char* pIn, unsigned char* pOut, int nInW, int nInH,
                                 int nScreenW, int nScreenH);
@@ -220,7 +227,7 @@ public:
     unsigned char m_b180 = 0;
     unsigned char m_bSingle = 0;
     unsigned char m_bSpareLayout = 0;
-    unsigned char m_bLargeInput = 0;  // input wider than 2048
+    unsigned char m_bLargeInput = 0;  // input wider than 2048 (until the first frame: 2559)
     unsigned char m_bSetup = 0;       // rebuild everything on the next frame
     unsigned char m_bModeChanged = 0; // set with m_bSetup on every change of the view mode
     unsigned char m_bKeyFlag1 = 0;    // added into the rebuild keys; never set by the library

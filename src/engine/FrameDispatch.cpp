@@ -3,6 +3,7 @@
 
 #include "engine/Buffers.h"
 #include "engine/SubViews.h"
+#include "views/PackedTable.h"
 
 #include <algorithm>
 #include <cstring>
@@ -23,15 +24,16 @@ std::int64_t stagedBytes(std::int64_t w, std::int64_t h, FORMAT format)
     }
 }
 
-// True when the slot's buffers hold the frame, and all that the tables may point to in it. Tables
-// of earlier frames may hold entries up to the larger of their height and this one's.
+// True when the slot's buffers hold the frame and what the layout makes of it. Frames are limited
+// to half the staging buffer in pixels, so that an entry that an earlier frame left in a table, and
+// the neighbours and chroma that belong to it, lie inside the buffer too.
 bool frameFits(const FEDSP& e, int w, int h, FORMAT format, int pitch)
 {
     if (w < 4 || h < 4 || pitch < 1 || !fe::hasBuffers(e)) return false;
     const std::int64_t capacity = std::int64_t(e.m_nCapacity[fe::kStaged]);
     const std::int64_t columns = std::max(w, pitch);
     const std::int64_t rows = e.m_bSetup ? h : std::max(h, e.m_nInputH);
-    if (stagedBytes(w, h, format) > capacity || 2 * columns * rows > capacity) return false;
+    if (columns > capacity / (2 * rows) || stagedBytes(w, h, format) > capacity) return false;
 
     if (fe::currentMode(e) == fe::kModeSingle) {
         const std::int64_t pixels = std::int64_t(e.m_nScreenW) * e.m_nScreenH;
@@ -43,7 +45,7 @@ bool frameFits(const FEDSP& e, int w, int h, FORMAT format, int pitch)
     return true;
 }
 
-// Black, as a 4:2:0 frame. Kept: also for RGB, whose last third then stays as it was.
+// Black, as a 4:2:0 frame. Kept: also for RGB, whose second half then stays as it was.
 void clearOutput(unsigned char* out, int screenW, int screenH)
 {
     const std::size_t luma = std::size_t(screenW) * std::size_t(screenH);
@@ -59,6 +61,7 @@ void takeOverFrame(FEDSP& e, int w, int h, FORMAT format)
     e.m_fScaleY = float(h / 1024.0);
     e.m_nFormat = format;
     e.m_bLargeInput = w > 2048;
+    fe::dropPackedTable(e);
     if (e.m_nScreenRes == 16)
         e.OnScreenres16();
     else

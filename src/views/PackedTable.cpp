@@ -7,10 +7,10 @@
 
 namespace fe {
 
-int* tableForFormat(FEDSP& e, int entries, bool rebuilt)
+int* tableForFormat(FEDSP& e, int entries)
 {
     if (e.m_nFormat != FORMAT_RGB) return e.m_pMapTable;
-    if (!rebuilt && e.m_nPackedEntries >= entries) return e.m_pMapWork;
+    if (e.m_nPackedEntries >= entries) return e.m_pMapWork;
 
     const std::int64_t rowBytes = 3 * std::int64_t(e.m_nInputW);
     // An entry that an earlier, larger frame left behind may lie beyond the staged bytes.
@@ -25,6 +25,11 @@ int* tableForFormat(FEDSP& e, int entries, bool rebuilt)
     }
     e.m_nPackedEntries = entries;
     return e.m_pMapWork;
+}
+
+void dropPackedTable(FEDSP& e)
+{
+    e.m_nPackedEntries = 0;
 }
 
 } // namespace fe

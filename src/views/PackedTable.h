@@ -7,9 +7,12 @@
 namespace fe {
 
 // The main table as the kernel for the engine's format wants it: the table itself, or for packed
-// 24-bit frames a copy in m_pMapWork whose indices are byte offsets. The copy is made anew when
-// `rebuilt` is set or it is too short.
-int* tableForFormat(FEDSP& e, int entries, bool rebuilt);
+// 24-bit frames a copy in m_pMapWork whose indices are byte offsets. The copy is made when there is
+// none of that length.
+int* tableForFormat(FEDSP& e, int entries);
+
+// Drops the copy, because the table or the input's size changed.
+void dropPackedTable(FEDSP& e);
 
 } // namespace fe
 

@@ -203,9 +203,9 @@ bool FEDSP::AccessCtr_FESingleView(unsigned char* pIn, unsigned char* pOut, int,
     }
 
     const int key = rebuildKey(*this, nScreenW);
-    const bool rebuild = needsRebuild(*this, key);
-    if (rebuild) {
+    if (needsRebuild(*this, key)) {
         buildTable(*this, radius, nScreenW, nScreenH);
+        fe::dropPackedTable(*this);
         m_nSinglePanBuilt = m_nSinglePan;
         m_nSingleKey = key;
     }
@@ -213,7 +213,7 @@ bool FEDSP::AccessCtr_FESingleView(unsigned char* pIn, unsigned char* pOut, int,
     const bool wholeFrame = m_nLineIndex < 0;
     if (m_nFormat < FORMAT_YUYV || m_nFormat > FORMAT_YV12) return wholeFrame;
     if (!wholeFrame) return mapBand(*this, pIn, pOut, nScreenW, nScreenH) >= nScreenH;
-    int* table = fe::tableForFormat(*this, nScreenW * nScreenH, rebuild);
+    int* table = fe::tableForFormat(*this, nScreenW * nScreenH);
     mapWholeFrame(*this, pIn, pOut, table, nScreenW, nScreenH);
     return true;
 }

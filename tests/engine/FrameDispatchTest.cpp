@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <gtest/gtest.h>
+#include <tuple>
 
 namespace {
 
@@ -213,4 +214,41 @@ TEST(FrameDispatch, AnEngineWithoutBuffersRefusesFrames)
     OutputFrame out(800, 600);
     EXPECT_FALSE(e.LumoAccessCtr_FEProc_VideoInput(0, 0, in.data(), out.data(), 640, 480,
                                                    FORMAT_NV12, false, 640));
+}
+
+TEST(FrameDispatch, FramesOfMoreThanHalfTheStagingBufferInPixelsAreRefused)
+{
+    // The buffer holds 3 * 640 * 480 + 64 = 921664 bytes: 460832 pixels.
+    for (auto [w, h, status] :
+         {std::tuple{640, 720, 0}, {640, 721, 16}, {920, 500, 0}, {922, 500, 16}}) {
+        TestSlot slot(640, 480, 320, 240);
+        Bytes in = constantFrame(w, h, FORMAT_NV12, 50);
+        OutputFrame out(320, 240);
+        EXPECT_EQ(VideoInput(0, in.data(), out.data(), w, h, FORMAT_NV12, false), status) << w;
+    }
+}
+
+TEST(FrameDispatch, OrdinaryFramesAreMeasuredByTheSetUpFramesHeightToo)
+{
+    TestSlot slot(640, 480, 320, 240);
+    Bytes in(1000 * 1000, 50);
+    OutputFrame out(320, 240);
+    const auto feed = [&](int w, int h) {
+        return VideoInput(0, in.data(), out.data(), w, h, FORMAT_NV12, false);
+    };
+    EXPECT_EQ(feed(640, 480), 0);
+    EXPECT_EQ(feed(960, 480), 0);
+    EXPECT_EQ(feed(962, 100), 16); // 962 * 480 are too many
+    EXPECT_EQ(slot.engine().m_nPitch, 960);
+    slot.engine().m_bSetup = 1;
+    EXPECT_EQ(feed(962, 100), 0);
+}
+
+TEST(FrameDispatch, SizesBeyondAllBoundsAreRefused)
+{
+    TestSlot slot(640, 480, 320, 240);
+    Bytes in(16, 50);
+    OutputFrame out(320, 240);
+    for (FORMAT format : {FORMAT_RGB, FORMAT_NV12})
+        EXPECT_EQ(VideoInput(0, in.data(), out.data(), 2147483647, 2147483647, format, false), 16);
 }
