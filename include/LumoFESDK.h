@@ -71,20 +71,21 @@ typedef struct FE_ViewParams {
 #endif
     unsigned short nViewMode; // 1 quad, 2 360 with two PTZ views, 4 180, 8 single. Default 1
     unsigned short nCamPos;   // mounting: 0 ceiling, 1 wall, 2 floor. Default 0
-    unsigned short nSubView;  // view that steps apply to: quad 1..4, 360 1..2, single 1. Default 0
-    unsigned short nCenterX;  // circle centre along the input's ROWS, pixels from the top (the
-                              // name misleads). Default 640
-    unsigned short nCenterY;  // circle centre along the input's COLUMNS, pixels from the left.
-                              // Default 512
-    unsigned short nRadius;   // circle radius, input pixels. Default 640
-    unsigned short nRadius2;  // stored and reported, not used for mapping. Default 640
-    unsigned short nOverlay;  // 0 off; 1, 2, 3 select overlay code 1, 2, 4. NOT set by default
+    unsigned short nSubView; // view that steps apply to: quad 1..4, 360 1..2, single 1 (its pan and
+                             // tilt steps always apply). Default 0
+    unsigned short nCenterX; // circle centre along the input's ROWS, pixels from the top (the
+                             // name misleads). Default 640
+    unsigned short nCenterY; // circle centre along the input's COLUMNS, pixels from the left.
+                             // Default 512
+    unsigned short nRadius;  // circle radius, input pixels. Default 640
+    unsigned short nRadius2; // stored and reported, not used for mapping. Default 640
+    unsigned short nOverlay; // 0 off; 1, 2, 3 select overlay code 1, 2, 4. NOT set by default
 } FE_ViewParams;
 
 // The position of one sub-view.
 typedef struct FE_ViewPosition {
     short nPan;  // quarter degrees, 1440 to a turn
-    short nTilt; // 0 .. 45 (60 on wide screens); the wall mounting also goes negative
+    short nTilt; // 0 .. 45; on the wall -45 .. 45
     short nZoom; // steps: 0 .. 44, single view 0 .. 88; wall 10 .. 44, single view 10 .. 70
     short nAux;  // offset of the viewed area towards the circle's rim, input pixels
 } FE_ViewPosition;
@@ -118,22 +119,25 @@ extern FE_API unsigned char bFirstTimeSetup;                // 1 until the first
 //
 //   nCam              slot, 0..15
 //   nInW, nInH        input size in pixels, 320..4096 by 240..4096
-//   nScreenW/H        output size in pixels; must not be negative, otherwise free
+//   nScreenW/H        output size in pixels; not negative
 //   format            not used; every frame brings its own
 //
 // Returns 0; 1 for a bad slot or input size (the slot is untouched); 2 when a buffer could not be
-// had (the slot is live but refuses frames until it is closed and initialised again). Throws
-// std::bad_alloc when there is no memory for the engine object itself.
+// had or the screen's size is impossible (the slot is live but refuses frames until it is closed
+// and initialised again). Throws std::bad_alloc when there is no memory for the engine object
+// itself.
 FE_API int Initialize(int nCam, int nInW, int nInH, int nScreenW, int nScreenH, FORMAT format);
 
 // Dewarps one frame.
 //
 //   pIn      nW x nH pixels: nW * nH * 3 / 2 bytes, RGB nW * nH * 3. Read only
-//   pOut     screenW x screenH pixels of the input's format: screenW * screenH * 3 / 2 bytes, RGB
-//            screenW * screenH * 3. Cleared on the first frame after a change of layout
+//   pOut     screenW x screenH pixels of the format in force (see below): screenW * screenH * 3 / 2
+//            bytes, RGB screenW * screenH * 3. On a set-up frame the first screenW * screenH bytes
+//            are set to 0 and half as many more to 128, for RGB too
 //   nW, nH   frame size in pixels, normally that given to Initialize; at least 4 x 4
-//   format   taken over on the first frame after Initialize or a change of layout; the output
-//            keeps that format until the next such frame
+//   format   of the input. It comes into force on a set-up frame: the first one after Initialize,
+//            after a change of layout or mounting, and after every update in the 180 layout. The
+//            output keeps the format in force whatever comes in between
 //   bFlip    RGB only: the input is stored bottom row first. Without it, the last row of an RGB
 //            frame is not used
 //
@@ -143,7 +147,8 @@ FE_API int VideoInput(int nCam, unsigned char* pIn, unsigned char* pOut, int nW,
                       FORMAT format, bool bFlip);
 
 // Selects layout, mounting and circle (pView) and hands over a steering step (pEvent). A change of
-// layout or mounting rebuilds everything on the next frame. Both records are only read.
+// layout or mounting rebuilds everything on the next frame; a change of the circle alone does not
+// show before something else rebuilds the views. Both records are only read.
 //
 // Returns 0; 1 for a bad slot, a null record or a slot without an engine. On a closed slot the
 // event is still copied into m_EventParam.
@@ -181,8 +186,9 @@ public:
     // The calls below return 0 whether or not anything was done. They do nothing for a bad slot, a
     // slot without an engine or a null record.
 
-    // Restores a position state and switches to its layout. The next frame shows it, without the
-    // clearing and full rebuild of ParamsUpdated.
+    // Restores a position state and switches to its layout, without the clearing and full rebuild
+    // of ParamsUpdated: the next frame rebuilds a view when its position changed, but not for a
+    // change of the circle alone.
     int LmFESetPosition(int nCam, FE_CurPosParams* pPos);
 
     // Reports the current layout and the positions of its views.
@@ -192,21 +198,27 @@ public:
     //
     //   nX, nY  input pixels, columns from the left and rows from the top
     //   nPan    ceiling and floor: tenths of a degree, 0..3599, clockwise from the picture's top;
-    //           wall: horizontal offset from the centre, 900 at the rim
-    //   nTilt   ceiling: 0 at the centre to 900 at the rim; floor: 0 to -900; wall: vertical offset
+    //           wall: offset from the centre to the right, 900 at the rim
+    //   nTilt   ceiling: 0 at the centre to 900 at the rim; floor: 0 to -900; wall: offset from the
+    //           centre down, 900 at the rim
     //
     // A mounting other than 0, 1, 2 leaves nPan and nTilt as they were.
     int GetAbsolutePositionFromInputVideoPoint(int nCam, int nX, int nY, short& nPan, short& nTilt);
 
     // Steers one view of the current layout to an absolute position.
     //
-    //   nPan    ceiling and floor: tenths of a degree; wall: -900..900
+    //   nPan    ceiling and floor: tenths of a degree, clockwise. The single view looks 22.5
+    //   degrees
+    //           further round than a point looked up above, so take 225 off that point's pan. Wall:
+    //           -900..900, left to right; limited by the zoom
     //   nTilt   ceiling: 0 looks along the lens axis, 900 furthest from it; floor: 0 to -900;
-    //           wall: -900..900
-    //   nZoom   0..800; negative keeps the zoom
+    //           wall: -900..900, up to down
+    //   nZoom   0..800; negative keeps the zoom. On the wall only the two ends are of use: 0..9 is
+    //           the lowest zoom, 70 and more the single view's highest. Not for quad view 4
     //   nFlags  number of the view: quad 1..4, 360 1..2, single 1
     //
-    // The layout is the one last selected with ParamsUpdated.
+    // The layout is the one last selected with ParamsUpdated. On the wall, quad view 4 and 360 view
+    // 1 take nPan as on the ceiling.
     int SetAbsolutePTZ(int nCam, short nPan, short nTilt, short nZoom, unsigned short nFlags);
 };
 #endif

@@ -14,16 +14,18 @@
 
 #include "LumoFESDK.h"
 
-// The kernels use no member data; any object will do. In all of them
+// The kernels but Bilinear_RGB24 use no member data; any object will do. In all of them
 //
 //   pSrc         source frame
 //   pDst         output frame of nOutW x nOutH pixels, rows without padding
 //   pTbl         mapping table of nOutW * nOutH entries
 //   nInW, nInH   source size in pixels
-//   nStride      distance of two source luma rows in bytes, and of two rows of chroma pairs
+//   nStride      distance of two source luma rows in bytes; that of two chroma rows is nStride
+//                rounded down to even (pairs) or half of it (planes)
 //
-// A null pointer, or a size or stride below 1, does nothing. Indices are trusted: the table's
-// builder keeps them inside the source. A neighbour whose weight is 0 is not read.
+// A null pointer, or an output size, width of 3-byte input or stride below 1, does nothing. Indices
+// are trusted: the table's builder keeps them inside the source. A neighbour whose weight is 0 is
+// not read.
 class FE_API CBilinear {
 public:
     CBilinear();

@@ -38,6 +38,7 @@ Polar polarOf(const FEDSP& e, int x, int y, From from)
     const double r = std::trunc(std::sqrt(dX * dX + dY * dY));
     float ratio = r > 0 ? 1.0f : 0.0f;
     if (e.m_nRadius != 0) ratio = std::min(float(r) / float(e.m_nRadius), 1.0f);
+    // Products with the ratio are double, so that they truncate alike in every build.
     return {angleOf(dX, dY, from), double(ratio)};
 }
 

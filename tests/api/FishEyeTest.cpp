@@ -98,3 +98,35 @@ TEST_F(FishEye, PositionCallsIgnoreWhatIsNotThere)
     EXPECT_EQ(eye->LmFEGetPosition(1, nullptr), 0);
     EXPECT_EQ(eye->LmFESetPosition(1, nullptr), 0);
 }
+
+TEST_F(FishEye, ASlotThatOneObjectInitialisedIsLiveForTheOther)
+{
+    IFishEye* other = IFishEye_Create();
+    EXPECT_EQ(eye->LmFE_Initialize(4, 640, 480, 320, 160, FORMAT_NV12), 0);
+    FE_CurPosParams p;
+    std::memset(&p, 0, sizeof p);
+    other->LmFEGetPosition(4, &p);
+    EXPECT_EQ(p.nRadius, 320);
+    EXPECT_EQ(m_FEDSP[4]->m_nScreenW, 320);
+    EXPECT_EQ(m_FEDSP[4]->m_nScreenH, 160);
+    EXPECT_EQ(other->LmFE_Close(4), 0);
+    EXPECT_EQ(m_FEDSP[4], nullptr);
+    IFishEye_Release(other);
+    delete m_EventParam[4];
+    delete m_ViewParam[4];
+    m_EventParam[4] = nullptr;
+    m_ViewParam[4] = nullptr;
+}
+
+TEST_F(FishEye, VideoInputPassesTheFlipOn)
+{
+    TestSlot slot(640, 480, 320, 240);
+    Bytes in(640 * 480 * 3);
+    in.back() = 77; // the last pixel of the last row
+    OutputFrame out(320, 240, FORMAT_RGB);
+    EXPECT_EQ(eye->LmFE_VideoInput(0, in.data(), out.data(), 640, 480, FORMAT_RGB, true), 0);
+    EXPECT_EQ(slot.engine().m_pStaged[640 * 3 - 1], 77);
+    slot.engine().m_pStaged[640 * 3 - 1] = 0;
+    EXPECT_EQ(eye->LmFE_VideoInput(0, in.data(), out.data(), 640, 480, FORMAT_RGB, false), 0);
+    EXPECT_EQ(slot.engine().m_pStaged[640 * 3 - 1], 0);
+}

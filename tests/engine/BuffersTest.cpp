@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <gtest/gtest.h>
+#include <malloc.h>
 
 using namespace fe;
 
@@ -19,6 +20,20 @@ std::array<BufferSize, kBufferCount> planFor(int inW, int inH, int screenW, int 
 {
     FEDSP e;
     return planBuffers(initialised(e, inW, inH), inW, inH, screenW, screenH).value();
+}
+
+// Leaves freed blocks of all sizes behind whose bytes are not 0, and has the allocator reuse them
+// rather than ask the system for clean pages.
+void dirtyTheHeap()
+{
+    mallopt(M_MMAP_THRESHOLD, 1 << 28);
+    mallopt(M_TRIM_THRESHOLD, 1 << 30);
+    for (int round = 0; round < 2; ++round) {
+        std::vector<Bytes> blocks;
+        for (std::size_t size = 1 << 16; size <= 1 << 23; size *= 2)
+            for (int i = 0; i < 3; ++i)
+                blocks.emplace_back(size, static_cast<unsigned char>(0xD1));
+    }
 }
 
 // An engine that frees its buffers.
@@ -90,6 +105,7 @@ TEST(Buffers, HeapBuffersHoldWhatCarvedOnesDoAndMore)
 
 TEST(Buffers, AllocationClearsEverythingButTheWorkTablesTail)
 {
+    dirtyTheHeap();
     OwningEngine e;
     initialised(e, 320, 240);
     ASSERT_EQ(e.MemoryAllocated_AccessCtr(320, 240, 400, 300), 0);
@@ -103,6 +119,9 @@ TEST(Buffers, AllocationClearsEverythingButTheWorkTablesTail)
         EXPECT_TRUE(std::all_of(p, p + e.m_nCapacity[b], [](unsigned char c) { return c == 0; }))
             << b;
     }
+    const auto* work = reinterpret_cast<unsigned char*>(e.m_pMapWork);
+    const std::size_t cleared = 8 * 1080 * 200;
+    EXPECT_TRUE(std::all_of(work, work + cleared, [](unsigned char c) { return c == 0; }));
 }
 
 TEST(Buffers, AllocationKeepsBuffersThatAreThere)

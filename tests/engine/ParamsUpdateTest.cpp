@@ -58,6 +58,7 @@ TEST_F(ParamsUpdate, TakesOverMountingCircleAndSteps)
 TEST_F(ParamsUpdate, TheDefaultRecordSelectsTheQuadViewAndZoomsNothing)
 {
     FE_ViewParams view;
+    view.nOverlay = 0; // the one field without a default
     FE_EventParams event;
     event.nZoomStep = 9;
     update(8, 1, 0);

@@ -122,13 +122,52 @@ TEST(WholeFrame, ChromaComesFromTheBlockOfTheTopLeftPixel)
 
 TEST(WholeFrame, OddSizesRoundTheChromaUp)
 {
-    Bytes source = constantFrame(16, 16, FORMAT_NV12, 50);
-    Table table(15);
-    Bytes out(15 + 2 * 6 + 4, 0xEE);
-    CBilinear().Bilinear_NV12_C(source.data(), out.data(), table.data(), 16, 16, 5, 3, 16);
-    for (std::size_t i = 15; i < 27; ++i)
-        EXPECT_EQ(out[i], 128) << i;
-    EXPECT_EQ(out[27], 0xEE);
+    // 16 x 6 source; chroma sample n of the source holds n.
+    Bytes source(16 * 6 * 3 / 2);
+    for (int n = 0; n < 24; ++n)
+        source[std::size_t(96 + 2 * n)] = source[std::size_t(97 + 2 * n)] =
+            static_cast<unsigned char>(n);
+    Table table(15); // 5 x 3, entry (x, y) from (2x, 2y)
+    for (int y = 0; y < 3; ++y)
+        for (int x = 0; x < 5; ++x)
+            table.set(std::size_t(y * 5 + x), 0, 0, 2 * y * 16 + 2 * x);
+    Bytes out(15 + 2 * 6 + 1, 0xEE);
+    CBilinear().Bilinear_NV12_C(source.data(), out.data(), table.data(), 16, 6, 5, 3, 16);
+    EXPECT_EQ(Bytes(out.begin() + 15, out.end()),
+              (Bytes{0, 0, 2, 2, 4, 4, 16, 16, 18, 18, 20, 20, 0xEE}));
+
+    // Separate planes of 8 x 3, the second one a quarter of the luma behind the first.
+    for (int n = 0; n < 24; ++n) {
+        source[std::size_t(96 + n)] = static_cast<unsigned char>(n);
+        source[std::size_t(120 + n)] = static_cast<unsigned char>(100 + n);
+    }
+    out.assign(out.size(), 0xEE);
+    CBilinear().Bilinear_YV12_C(source.data(), out.data(), table.data(), 16, 6, 5, 3, 16);
+    // The second output plane begins 15 / 4 bytes behind the first and overwrites its end.
+    EXPECT_EQ(Bytes(out.begin() + 15, out.begin() + 25),
+              (Bytes{0, 2, 4, 100, 102, 104, 116, 118, 120, 0xEE}));
+}
+
+TEST(WholeFrame, OddSourceHeightsRoundTheSecondPlanesOffsetDown)
+{
+    // 6 x 5 source: luma 30 bytes, first plane at 30, second at 30 + 30 / 4 = 37.
+    Bytes source(48);
+    source[30] = 1;
+    source[37] = 2;
+    Table table(4);
+    Bytes out(6);
+    CBilinear().Bilinear_YV12_C(source.data(), out.data(), table.data(), 6, 5, 2, 2, 6);
+    EXPECT_EQ(out[4], 1);
+    EXPECT_EQ(out[5], 2);
+    // In bands the offset is (6 / 2) * 5 / 2 = 7 as well, but 5 x 5 gives 25 / 4 = 6 and 2 * 5 / 2
+    // = 5.
+    source.assign(48, 0);
+    source[25 + 6] = 3;
+    source[25 + 5] = 4;
+    CBilinear().Bilinear_YV12_C(source.data(), out.data(), table.data(), 5, 5, 2, 2, 5);
+    EXPECT_EQ(out[5], 3);
+    CBilinear().Bilinear_YV12_S(source.data(), out.data(), table.data(), 5, 5, 2, 2, 0);
+    EXPECT_EQ(out[4], 4);
 }
 
 TEST(WholeFrame, PrintsTwoTimingLinesWithNoEmptyPixels)

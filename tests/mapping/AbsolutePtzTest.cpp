@@ -281,3 +281,11 @@ TEST_F(AbsolutePtz, TwoViewsTakeTheCeilingsPanOnTheWallToo)
     engine.SetAbsolutePTZCPU(0, 450, 0, 400, 4);
     EXPECT_EQ(engine.m_nQuad4Pan, 180 - 270);
 }
+
+TEST_F(AbsolutePtz, ScreensHigherThanTheInputUseHalfTheInputToo)
+{
+    setMode(8);
+    engine.m_nScreenH = 1025;
+    engine.SetAbsolutePTZCPU(0, 0, 32767, 0, 1);
+    EXPECT_EQ(engine.m_nSingleAux, 14);
+}

@@ -298,3 +298,48 @@ TEST_F(LensModel, OddArgumentsLeaveTheTableSound)
                 }
             }
 }
+
+TEST_F(LensModel, SourcesAtTheRightEdgeCountAsOutside)
+{
+    engine.m_nInputW = 642; // columns from 640 have no source
+    // Column 99 of the output looks one pixel to the left of the axis, column 100 exactly along it.
+    build({640 - 199, 640 - 150, 400, 300});
+    EXPECT_FALSE(untouched(99, 60));
+    EXPECT_TRUE(untouched(100, 60));
+    EXPECT_TRUE(untouched(100, 75));
+}
+
+TEST_F(LensModel, ThePlaneRadiusMayComeWithinThreePixelsOfTheCircle)
+{
+    engine.m_nInputW = 160; // half of it does not reach the pixels in question
+    engine.m_nInputH = 4096;
+    // One output column is one plane pixel: column x looks x - 101 pixels to the side.
+    engine.Fisheye_calibration_Init_byArea(640, 80, 88, 88, {88 - 100, 88 - 75, kW, kH}, 0, 0, kW,
+                                           kH, table.data(), 0, 0);
+    // The plane radius times 1.115 plus 3 must stay below 88: 76 pixels (84.7), not 77 (85.9).
+    EXPECT_FALSE(untouched(101 - 76, 75));
+    EXPECT_TRUE(untouched(101 - 77, 75));
+}
+
+// The keystone: a row's distances from the centre are divided by 1 - rows from the middle * slope *
+// tilt / scale before the lens bends them.
+TEST_F(LensModel, TheTiltSlopeDependsOnTheLayout)
+{
+    const auto dividers = [&](int single, float scale) {
+        reset();
+        engine.m_bSingle = static_cast<unsigned char>(single);
+        engine.m_fScaleX = scale;
+        build(0, 20);
+        // From the stored source back to the view plane, along the column through the centre.
+        const double d = 640 - row(100, 15);
+        const double theta = d * 160 * 1.115007 / (2 * 640) * M_PI / 180;
+        const double plane = std::tan(theta) * 640 / (1.115007 * 5.67139);
+        return (150 - 2.0 * 15) * (single ? 0.5625 : 1) / plane;
+    };
+    // 60 rows above the middle, 2 input rows each: slope 1 / 75 * 0.0222, or 1 / 150 / 45.
+    EXPECT_NEAR(dividers(0, 1), 1 - 60 * 20 * 0.0222 / 75, 0.02);
+    EXPECT_NEAR(dividers(1, 1), 1 - 60 * 20 / (150.0 * 45), 0.02);
+    // The input's scale cancels: the slope grows with it and is divided by it.
+    EXPECT_NEAR(dividers(0, 2), dividers(0, 1), 1e-3);
+    EXPECT_NEAR(dividers(1, 2), dividers(1, 1), 1e-3);
+}

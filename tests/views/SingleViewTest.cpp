@@ -275,7 +275,6 @@ TEST_F(SingleView, ChangesThatCancelInTheKeyDoNotRebuild)
     select(0);
     frameBuilds();
     e.m_nSingleZoom += 3;
-    e.m_nSingleAux -= 0;
     e.m_nSingleTilt -= 3;
     EXPECT_FALSE(frameBuilds());
 }
@@ -494,4 +493,69 @@ TEST(SingleViewSizes, OddWholeFramesHoldTheKernelsBytes)
     FEDSP& e = slot.engine();
     e.FCMapping(FORMAT_NV12, e.m_pStaged, room.data(), e.m_pMapTable, 640, 480, 319, 239, true);
     EXPECT_TRUE(std::equal(out.data(), out.data() + out.size(), room.data()));
+}
+
+TEST_F(SingleView, RestoringAPositionWithAnotherCircleDoesNotRebuild)
+{
+    select(0);
+    frameBuilds();
+    FE_CurPosParams position;
+    e.LmFEGetPosition(0, &position);
+    position.nRadius = 500;
+    position.nCenterX = position.nCenterY = 600;
+    e.LmFESetPosition(0, &position);
+    EXPECT_EQ(e.m_nRadius, 500);
+    EXPECT_FALSE(frameBuilds());
+    position.view[0].nPan = 8;
+    e.LmFESetPosition(0, &position);
+    EXPECT_TRUE(frameBuilds());
+}
+
+TEST_F(SingleView, TheWideScreenClassHasItsOwnLimitAndRows)
+{
+    e.m_nScreenRes = 16;
+    select(0, 0, -30);
+    EXPECT_EQ(overFrames(&FEDSP::m_nSingleTilt, 3), (Values{30, 60, 60}));
+    // 64 / 60 * 30 = 32; the offset's top is 64
+    EXPECT_EQ(e.m_nSingleAux, 64);
+
+    // Zoomed in by 20 steps, the area is 800 - 160 by 450 - 90 pixels, 45 rows down.
+    select(0);
+    e.m_nSingleTilt = e.m_nSingleAux = 0;
+    e.m_nSingleZoom = 20;
+    slot.frame(in, out);
+    std::vector<int> expected(800 * 600 * 2);
+    e.m_nPitch = 1280;
+    e.Fisheye_calibration_Init_byArea(512, 640, 652, 652,
+                                      {652 - 400 + 80, 652 - 225 + 45, 640, 360}, 90, 20, 800, 600,
+                                      expected.data(), 0, 0);
+    EXPECT_TRUE(std::equal(expected.begin() + 2, expected.end(), e.m_pMapTable + 2));
+}
+
+TEST(SingleViewScreens, WiderScreensPanFaster)
+{
+    for (auto [camPos, expected] : {std::pair{0, 66}, {2, -66}, {1, 40}}) {
+        TestSlot slot(1600, 1024, 1600, 600);
+        slot.update(8, camPos, 1, 10);
+        slot.engine().m_nRadius = 640;
+        Bytes in = constantFrame(1600, 1024, FORMAT_NV12, 5);
+        OutputFrame out(1600, 600);
+        slot.frame(in, out);
+        // 2 * 40 * 2 / (64 / 45 + 1) = 66.06; on the wall 20 * 2 / 1
+        EXPECT_EQ(slot.engine().m_nSinglePan, expected);
+    }
+}
+
+TEST_F(SingleView, TheLastLineOfAFlippedFrameShowsIt)
+{
+    select(2);
+    slot.frame(in, out);
+    OutputFrame banded(800, 600);
+    // A band that begins with the last line reports 600 lines; one beyond it reports its own line.
+    for (int line : {600, 601}) {
+        e.m_nLineIndex = line;
+        EXPECT_TRUE(e.AccessCtr_FESingleView(e.m_pStaged, banded.data(), 1280, 1024, 800, 600));
+        EXPECT_EQ(banded.bytes(), out.bytes()) << line;
+        banded = OutputFrame(800, 600);
+    }
 }
