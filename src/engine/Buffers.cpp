@@ -220,5 +220,5 @@ void FEDSP::DeleteAccess_ctr_Mem()
     std::fill(std::begin(m_nCapacity), std::end(m_nCapacity), std::size_t(0));
     m_pBlock = nullptr;
     m_nBlockSize = 0;
-    fe::dropPackedTable(*this);
+    fe::dropPackedTables(*this);
 }

@@ -144,13 +144,89 @@ public:
                                          float Ang, int Scale_N, int nOutW, int nOutH, int* pMapTbl,
                                          int Tile_Angle, int CamPos);
 
+    // Builds the table of a panorama by polar unwrap: a column is a direction about the centre, a
+    // row two input pixels of distance.
+    //
+    //   c1, c2    circle centre, input pixels: c1 counts rows, c2 counts columns
+    //   R         circle radius, input pixels
+    //   pTable    entries of nW columns: R / 2 rows (mode 0 and 1, no more than the input has
+    //   pixels,
+    //             and one entry), or (R - 3) * nW + 1 entries (mode 2). Null: nothing is done
+    //   nRot      direction of column 0, degrees from the column axis towards the row axis
+    //   nMode     0 unwrap; 1 straight copy; 2 unwrap mirrored, with a blank centre, in which only
+    //             every second row is written; others do nothing
+    //   nShift    mode 2: not 0 moves all but the centre up by R / 5 rows
+    //   nW        columns of a full turn
+    //
+    // A point outside the input gets the entry {0, 0}. The two angle tables are not used.
+    void InitCPIBuffer_360(int c1, int c2, int R, int nInW, int nInH, int* pTable, int nRot,
+                           float* pSinTbl, float* pCosTbl, int nMode, int nShift, int nW);
+
+    // Builds the table of a panorama by remapping the circle's bounding square: R - 1 rows of nW
+    // columns that span its width and 0.85 of its height. Arguments as above; nAngle, nMode and the
+    // angle tables are not used.
+    void Mercator_Projection_360(int c1, int c2, int R, int nInW, int nInH, int* pTable, int nAngle,
+                                 float* pSinTbl, float* pCosTbl, int nMode, int nW);
+
     // ---- renderers: staged input to the caller's frame; true when the frame is complete ----
     //
     // With m_nLineIndex at 0 or more they map the band of 64 rows that starts there; the host sets
     // m_nLineIndex to the next band's row between the calls.
 
+    bool AccessCtr_FEQuad12(unsigned char* pIn, unsigned char* pOut, int nInW, int nInH,
+                            int nScreenW, int nScreenH);
+    bool AccessCtr_FEQuad34(unsigned char* pIn, unsigned char* pOut, int nInW, int nInH,
+                            int nScreenW, int nScreenH);
+    bool AccessCtr_FE360PTZ(unsigned char* pIn, unsigned char* pOut, int nInW, int nInH,
+                            int nScreenW, int nScreenH);
+    unsigned int AccessCtr_FE360(unsigned char* pIn, unsigned char* pOut, int nInW, int nInH,
+                                 int nScreenW, int nScreenH);
+    unsigned int AccessCtr_FE180(unsigned char* pIn, unsigned char* pOut, int nInW, int nInH,
+                                 int nScreenW, int nScreenH);
     bool AccessCtr_FESingleView(unsigned char* pIn, unsigned char* pOut, int nInW, int nInH,
                                 int nScreenW, int nScreenH);
+
+    // ---- composition: copies finished views into a frame ----
+    //
+    // Images have their rows without padding; their planes follow m_nFormat: chroma is composed for
+    // NV12 and YV12 only. Called by hosts, nothing is clipped: pDst must hold the whole frame and
+    // one byte more.
+
+    // Places the first source that is not null, nW x nH pixels, in its quadrant of a frame of
+    // 2 * nW x 2 * nH: top left, top right, bottom left, bottom right. Luma of the right-hand
+    // quadrants is shifted by one byte.
+    void SnapShotM1(unsigned char* pSrc1, unsigned char* pSrc2, unsigned char* pSrc3,
+                    unsigned char* pSrc4, unsigned char* pDst, int nW, int nH);
+
+    // Places the first source that is not null in a frame of nFrameH rows: 1 and 2 as the left and
+    // right upper view, nW being half the frame's width; 3 as the strip from row nFrameH / 1.538
+    // (rounded down to a multiple of 4) on, nW being the frame's width. fScale and nReserved are
+    // not used.
+    void SnapShotM2(unsigned char* pSrc1, unsigned char* pSrc2, unsigned char* pSrc3,
+                    unsigned char* pDst, int nW, int nH, float fScale, int nReserved, int nFrameH);
+
+    // Packed 24-bit images of nW x nH pixels, one at the top (or, when nCentre is 1, nH / 2 rows
+    // down) and one from row nH on. Null sources are skipped, last rows not copied.
+    void SnapShotM3(unsigned char* pSrc1, unsigned char* pSrc2, unsigned char* pDst, int nW, int nH,
+                    int nCentre);
+    // Copies a packed 24-bit image but for its last row.
+    void SnapShotM45(unsigned char* pSrc, unsigned char* pDst, int nW, int nH);
+    // Resizes a packed 24-bit image bilinearly. A source under 2 pixels wide or high is ignored.
+    void lcvScale(unsigned char* pDst, unsigned char* pSrc, int nSrcW, int nSrcH, int nDstW,
+                  int nDstH);
+
+    // Places a picture of the engine's format in a frame of nScreenW x nScreenH. nCamPos 0: its
+    // left half at the top, its right half from below the middle on; 2: the same mirrored; others:
+    // whole, from a quarter (bTall: an eighth) of the height on. Mirrors read one element past a
+    // row.
+    void Access_ctr_M3_Half_Display(unsigned char* pImg, int nImgW, int nImgH, unsigned char* pDst,
+                                    int nScreenW, int nScreenH, int nCamPos, bool bTall);
+
+    // Resizes a semi-planar image bilinearly. Pixels that fall on the source's last two columns or
+    // rows become black. Returns 0; -1 for sizes below 1; the length of a printed line when the
+    // scale cannot be inverted.
+    int resize_image(unsigned char* pSrc, unsigned char* pDst, const int& nSrcW, const int& nSrcH,
+                     const int& nDstW, const int& nDstH);
 
     // ---- mapping drivers: choose the kernel by format ----
     //
@@ -297,7 +373,9 @@ public:
     std::size_t m_nCapacity[8] = {};   // bytes that each buffer really holds
     unsigned char* m_pBlock = nullptr; // host's block, when the buffers were carved from one
     unsigned int m_nBlockSize = 0;
-    int m_nPackedEntries = 0; // entries of m_pMapWork that are up to date
+    int m_nPackedEntries[3] = {}; // entries of each table's copy in m_pMapWork that are up to date
+    unsigned char* m_pOutput = nullptr; // caller's frame and its size during a call
+    long long m_nOutputBytes = 0;
 
     FISHSETTINGPARAM m_FishSetting;
     FE_ViewParams m_ViewParams; // layout, mounting and sub-view of the last update

@@ -2,6 +2,7 @@
 #include "FEDSP.h"
 
 #include "engine/Buffers.h"
+#include "engine/LayoutNeeds.h"
 #include "engine/SubViews.h"
 #include "views/PackedTable.h"
 
@@ -35,13 +36,10 @@ bool frameFits(const FEDSP& e, int w, int h, FORMAT format, int pitch)
     const std::int64_t rows = e.m_bSetup ? h : std::max(h, e.m_nInputH);
     if (columns > capacity / (2 * rows) || stagedBytes(w, h, format) > capacity) return false;
 
-    if (fe::currentMode(e) == fe::kModeSingle) {
-        const std::int64_t pixels = std::int64_t(e.m_nScreenW) * e.m_nScreenH;
-        const std::int64_t image = pixels * 3 / 2 + e.m_nScreenW + e.m_nScreenH + 2;
-        return pixels * 8 <= std::int64_t(e.m_nCapacity[fe::kMapTable]) &&
-               pixels * 8 <= std::int64_t(e.m_nCapacity[fe::kMapWork]) &&
-               image <= std::int64_t(e.m_nCapacity[fe::kViewImage]);
-    }
+    const FORMAT mapped = e.m_bSetup ? format : e.m_nFormat;
+    const auto needs = fe::layoutNeeds(e, w, h, mapped);
+    for (int b = 0; b < fe::kBufferCount; ++b)
+        if (needs[std::size_t(b)] > std::int64_t(e.m_nCapacity[b])) return false;
     return true;
 }
 
@@ -61,7 +59,7 @@ void takeOverFrame(FEDSP& e, int w, int h, FORMAT format)
     e.m_fScaleY = float(h / 1024.0);
     e.m_nFormat = format;
     e.m_bLargeInput = w > 2048;
-    fe::dropPackedTable(e);
+    fe::dropPackedTables(e);
     if (e.m_nScreenRes == 16)
         e.OnScreenres16();
     else
@@ -73,8 +71,24 @@ void renderLayout(FEDSP& e, unsigned char* out, int w, int h, FORMAT format, boo
     const int mode = fe::currentMode(e);
     if (mode == 0) return;
     if (e.m_nLineIndex < 1) e.AccessCtr_FECopypIn(e.m_pInput, e.m_pStaged, w, h, format, flip);
-    if (mode == fe::kModeSingle)
-        e.AccessCtr_FESingleView(e.m_pStaged, out, w, h, e.m_nScreenW, e.m_nScreenH);
+    unsigned char* in = e.m_pStaged;
+    const int screenW = e.m_nScreenW, screenH = e.m_nScreenH;
+    switch (mode) {
+    case fe::kModeQuad:
+        e.AccessCtr_FEQuad12(in, out, w, h, screenW, screenH);
+        e.AccessCtr_FEQuad34(in, out, w, h, screenW, screenH);
+        break;
+    case fe::kMode360:
+        e.AccessCtr_FE360PTZ(in, out, w, h, screenW, screenH);
+        e.AccessCtr_FE360(in, out, w, h, screenW, screenH);
+        break;
+    case fe::kMode180:
+        e.AccessCtr_FE180(in, out, w, h, screenW, screenH);
+        break;
+    default:
+        e.AccessCtr_FESingleView(in, out, w, h, screenW, screenH);
+        break;
+    }
 }
 
 } // namespace
@@ -90,8 +104,12 @@ bool FEDSP::LumoAccessCtr_FEProc_VideoInput(int, int, unsigned char* pIn, unsign
         takeOverFrame(*this, nW, nH, format);
         clearOutput(pOut, m_nScreenW, m_nScreenH);
     }
+    const long long pixels = static_cast<long long>(m_nScreenW) * m_nScreenH;
+    m_pOutput = pOut;
+    m_nOutputBytes = m_nFormat == FORMAT_RGB ? pixels * 3 : pixels + pixels / 2;
     // The renderers read m_bSetup to see whether they must rebuild.
     renderLayout(*this, pOut, nW, nH, format, bFlip);
+    m_pOutput = nullptr;
     m_bSetup = 0;
     return true;
 }

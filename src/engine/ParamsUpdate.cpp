@@ -97,7 +97,7 @@ void FEDSP::OnViewModeChange()
     fe::fillBuffer(*this, fe::kSubMapA, subArea * 8, 0);
     fe::fillBuffer(*this, fe::kSubMapB, subArea * 8, 0);
     fe::fillBuffer(*this, fe::kMapTable, panoArea * 8, 0);
-    fe::dropPackedTable(*this);
+    fe::dropPackedTables(*this);
     fe::fillBuffer(*this, fe::kPanoImage, panoArea * 2, 128);
     fe::fillBuffer(*this, fe::kViewImage, std::int64_t(m_nScreenW) * m_nScreenW * 2, 0);
     fe::fillBuffer(*this, fe::kWorkImageA, panoArea * 2, 0);

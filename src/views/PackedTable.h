@@ -4,15 +4,20 @@
 
 #include "FEDSP.h"
 
+#include <cstdint>
+
 namespace fe {
 
-// The main table as the kernel for the engine's format wants it: the table itself, or for packed
-// 24-bit frames a copy in m_pMapWork whose indices are byte offsets. The copy is made when there is
-// none of that length.
-int* tableForFormat(FEDSP& e, int entries);
+// One of the engine's three tables as the kernel for the engine's format wants it: the table
+// itself, or for packed 24-bit frames a copy in m_pMapWork whose indices are byte offsets. The copy
+// is made when there is none of the first `entries` entries.
+int* tableForFormat(FEDSP& e, int* table, std::int64_t entries);
 
-// Drops the copy, because the table or the input's size changed.
-void dropPackedTable(FEDSP& e);
+// Drops a table's copy, because the table changed.
+void dropPackedTable(FEDSP& e, const int* table);
+
+// Drops all copies, because the input's size or format changed.
+void dropPackedTables(FEDSP& e);
 
 } // namespace fe
 

@@ -15,6 +15,7 @@
 #include <sstream>
 #include <string>
 #include <unistd.h>
+#include <utility>
 
 namespace {
 
@@ -35,7 +36,7 @@ constexpr Position kPositions[] = {{0, 0, 0}, {450, 300, 100}, {2700, 900, 0}, {
 
 class Golden {
 public:
-    // Each scenario's line: its name and the hash of output frame and mapping table.
+    // Each scenario's line: the hashes of output frame and mapping table, or of two frames.
     std::ostringstream lines;
 
     void scenario(const Size& size, FORMAT format, int camPos, const Position& position)
@@ -57,6 +58,23 @@ public:
         add(name, hashOf(out.bytes()), hashOf(table, tableBytes));
     }
 
+    // Two frames of a layout of several views, steered a little between them.
+    void layout(int mode, const char* modeName, const Size& size, FORMAT format, int camPos)
+    {
+        TestSlot slot(size.inW, size.inH, size.screenW, size.screenH);
+        Bytes in = patternFrame(size.inW, size.inH, format);
+        OutputFrame out(size.screenW, size.screenH, format, 0);
+        slot.update(mode, camPos, 1, 0, 0, 5);
+        slot.frame(in, out, format, true);
+        const std::uint64_t first = hashOf(out.bytes());
+        slot.update(mode, camPos, 2, 7, -12, 9);
+        slot.frame(in, out, format, true);
+        char name[128];
+        std::snprintf(name, sizeof name, "%s %dx%d-%dx%d %s %s", modeName, size.inW, size.inH,
+                      size.screenW, size.screenH, kFormats[format], kMountings[camPos]);
+        add(name, first, hashOf(out.bytes()));
+    }
+
     // Relative steps over several frames, as from a joystick.
     void steered(int camPos, short pan, short tilt, short zoom)
     {
@@ -74,10 +92,10 @@ public:
     }
 
 private:
-    void add(const char* name, std::uint64_t frame, std::uint64_t table)
+    void add(const char* name, std::uint64_t first, std::uint64_t second)
     {
         char hashes[64];
-        std::snprintf(hashes, sizeof hashes, "%016" PRIx64 " %016" PRIx64, frame, table);
+        std::snprintf(hashes, sizeof hashes, "%016" PRIx64 " %016" PRIx64, first, second);
         lines << hashes << "  " << name << '\n';
     }
 };
@@ -93,6 +111,14 @@ std::string renderAll()
                     if (&size == kSizes) golden.scenario(size, format, camPos, position);
                 golden.scenario(size, FORMAT_NV12, camPos, position);
             }
+    constexpr std::pair<int, const char*> kLayouts[] = {{1, "quad"}, {2, "360"}, {4, "180"}};
+    for (auto [mode, name] : kLayouts)
+        for (int camPos = 0; camPos < 3; ++camPos) {
+            for (const Size& size : kSizes)
+                golden.layout(mode, name, size, FORMAT_NV12, camPos);
+            golden.layout(mode, name, kSizes[0], FORMAT_YV12, camPos);
+            golden.layout(mode, name, kSizes[0], FORMAT_RGB, camPos);
+        }
     for (int camPos = 0; camPos < 3; ++camPos) {
         golden.steered(camPos, 12, 3, 2);
         golden.steered(camPos, -3, -9, 0);

@@ -26,12 +26,12 @@ protected:
 TEST_F(PackedTable, PlanarFormatsUseTheTableItself)
 {
     e.m_nFormat = FORMAT_NV12;
-    EXPECT_EQ(tableForFormat(e, 10), e.m_pMapTable);
+    EXPECT_EQ(tableForFormat(e, e.m_pMapTable, 10), e.m_pMapTable);
 }
 
 TEST_F(PackedTable, TurnsIndicesIntoByteOffsets)
 {
-    ASSERT_EQ(tableForFormat(e, 10), e.m_pMapWork);
+    ASSERT_EQ(tableForFormat(e, e.m_pMapTable, 10), e.m_pMapWork);
     EXPECT_EQ(loadEntry(e.m_pMapWork, 3).fractions, 0x00120034u);
     EXPECT_EQ(loadEntry(e.m_pMapWork, 3).index, 5 * 3 * 640 + 3 * 7);
     EXPECT_EQ(loadEntry(e.m_pMapWork, 0).index, 0);
@@ -39,15 +39,15 @@ TEST_F(PackedTable, TurnsIndicesIntoByteOffsets)
 
 TEST_F(PackedTable, TheCopyIsMadeOnlyWhenNeeded)
 {
-    tableForFormat(e, 10);
+    tableForFormat(e, e.m_pMapTable, 10);
     storeEntry(e.m_pMapTable, 3, {0, 640});
-    tableForFormat(e, 10);
+    tableForFormat(e, e.m_pMapTable, 10);
     EXPECT_EQ(loadEntry(e.m_pMapWork, 3).index, 5 * 3 * 640 + 3 * 7);
-    tableForFormat(e, 11); // longer than the copy
+    tableForFormat(e, e.m_pMapTable, 11); // longer than the copy
     EXPECT_EQ(loadEntry(e.m_pMapWork, 3).index, 3 * 640);
     storeEntry(e.m_pMapTable, 3, {0, 7});
-    dropPackedTable(e);
-    tableForFormat(e, 10);
+    dropPackedTable(e, e.m_pMapTable);
+    tableForFormat(e, e.m_pMapTable, 10);
     EXPECT_EQ(loadEntry(e.m_pMapWork, 3).index, 3 * 7);
 }
 
@@ -55,24 +55,24 @@ TEST_F(PackedTable, EverySetUpModeChangeAndReleaseDropsTheCopy)
 {
     Bytes in = constantFrame(640, 480, FORMAT_RGB, 5);
     OutputFrame out(320, 240, FORMAT_RGB);
-    tableForFormat(e, 10);
-    ASSERT_EQ(e.m_nPackedEntries, 10);
+    tableForFormat(e, e.m_pMapTable, 10);
+    ASSERT_EQ(e.m_nPackedEntries[0], 10);
     e.m_bQuad = 0; // no layout: only the set-up itself
     slot.frame(in, out, FORMAT_RGB);
-    EXPECT_EQ(e.m_nPackedEntries, 0);
-    tableForFormat(e, 10);
+    EXPECT_EQ(e.m_nPackedEntries[0], 0);
+    tableForFormat(e, e.m_pMapTable, 10);
     e.OnViewModeChange();
-    EXPECT_EQ(e.m_nPackedEntries, 0);
-    tableForFormat(e, 10);
+    EXPECT_EQ(e.m_nPackedEntries[0], 0);
+    tableForFormat(e, e.m_pMapTable, 10);
     e.DeleteAccess_ctr_Mem();
-    EXPECT_EQ(e.m_nPackedEntries, 0);
+    EXPECT_EQ(e.m_nPackedEntries[0], 0);
 }
 
 TEST_F(PackedTable, StaleEntriesBeyondTheStagedFrameAreDropped)
 {
     storeEntry(e.m_pMapTable, 4, {0, 640 * 480 * 2});
     storeEntry(e.m_pMapTable, 5, {0, -1000});
-    tableForFormat(e, 10);
+    tableForFormat(e, e.m_pMapTable, 10);
     EXPECT_EQ(loadEntry(e.m_pMapWork, 4).index, 0);
     EXPECT_EQ(loadEntry(e.m_pMapWork, 5).index, 0);
 }

@@ -1,0 +1,51 @@
+// Building and mapping a panorama.
+#include "views/Panorama.h"
+
+#include "mapping/MapEntry.h"
+#include "views/PackedTable.h"
+
+namespace fe {
+
+bool isPlanar(FORMAT format)
+{
+    return format == FORMAT_YUYV || format == FORMAT_NV12 || format == FORMAT_YV12;
+}
+
+int panoramaWidth(const FEDSP& e)
+{
+    return e.m_nCamPos == 1 ? e.m_nPanoH0 : e.m_nPanoH;
+}
+
+int innermostRows(int rows)
+{
+    return (rows >> 2) * 2;
+}
+
+void buildPanorama(FEDSP& e)
+{
+    if (e.m_nCamPos == 1)
+        e.Mercator_Projection_360(e.m_nCenterX, e.m_nCenterY, e.m_nRadius, e.m_nInputW, e.m_nInputH,
+                                  e.m_pMapTable, 0, e.m_fSinTbl, e.m_fCosTbl, e.m_nCamPos,
+                                  e.m_nPanoH0);
+    else
+        e.InitCPIBuffer_360(e.m_nCenterX, e.m_nCenterY, e.m_nRadius, e.m_nInputW, e.m_nInputH,
+                            e.m_pMapTable, e.m_n180Pan, e.m_fSinTbl, e.m_fCosTbl, 0, 0, e.m_nPanoH);
+    dropPackedTable(e, e.m_pMapTable);
+}
+
+int mapPanorama(FEDSP& e, unsigned char* in, int inW, int inH, const PanoramaMap& map)
+{
+    const bool setting = e.m_FishSetting.bEnabled != 0;
+    const std::int64_t entries = map.firstEntry + std::int64_t(map.rows) * map.width;
+    int* table = e.m_pMapTable;
+    if (e.m_nLineIndex < 0) table = tableForFormat(e, table, entries);
+    table += map.firstEntry * std::int64_t(kMapEntryBytes / sizeof(int));
+    if (e.m_nLineIndex >= 0)
+        return e.CPIMapping_line(e.m_nFormat, in, e.m_pPanoImage, table, inW, inH, map.rows, 0, 0,
+                                 map.width, setting, e.m_nLineIndex);
+    e.CPIMapping(e.m_nFormat, in, e.m_pPanoImage, table, inW, inH, map.rows, 0, 0, map.width,
+                 setting);
+    return 0;
+}
+
+} // namespace fe

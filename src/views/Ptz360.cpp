@@ -1,0 +1,38 @@
+// The upper part of the 360 layout: two perspective views side by side.
+#include "engine/Numeric.h"
+#include "views/LayoutSizes.h"
+#include "views/ViewRules.h"
+
+using fe::trunc32;
+
+namespace {
+
+fe::ViewFrame ptz360Frame(const FEDSP& e, const fe::Size& view)
+{
+    fe::ViewFrame frame{};
+    frame.viewW = view.w;
+    frame.viewH = view.h;
+    const double scale = double(e.m_fScaleX);
+    frame.zoomGain = double(float(scale <= 1 ? 1.2 : 1.2 * scale * scale * scale));
+    frame.base = trunc32((double(e.m_nRadius) - (frame.viewH >> 1)) * 0.1);
+    frame.zoomTerm = fe::k360Law.wallGrowth(frame, e.m_n360View1Zoom);
+    return frame;
+}
+
+void composeUpperView(FEDSP& e, unsigned char* image, int position, unsigned char* out,
+                      const fe::ViewFrame& frame)
+{
+    unsigned char* left = position == 0 ? image : nullptr;
+    unsigned char* right = position == 1 ? image : nullptr;
+    e.SnapShotM2(left, right, nullptr, out, frame.viewW, frame.viewH, e.m_fScaleX, 0, e.m_nScreenH);
+}
+
+} // namespace
+
+bool FEDSP::AccessCtr_FE360PTZ(unsigned char* pIn, unsigned char* pOut, int nInW, int nInH,
+                               int nScreenW, int nScreenH)
+{
+    const fe::Size view = fe::ptz360ViewSize({nInW, nInH, nScreenW, nScreenH});
+    fe::ViewFrame frame = ptz360Frame(*this, view);
+    return fe::renderPair(*this, fe::k360Rules, fe::k360Law, frame, composeUpperView, pIn, pOut);
+}

@@ -1,0 +1,51 @@
+// The quad layout: four perspective views, one in each quadrant.
+#include "engine/Numeric.h"
+#include "views/LayoutSizes.h"
+#include "views/ViewRules.h"
+
+#include <cmath>
+
+using fe::trunc32;
+
+namespace {
+
+fe::ViewFrame quadFrame(const FEDSP& e, const fe::Size& view, double zoomGain)
+{
+    fe::ViewFrame frame{};
+    frame.viewW = view.w;
+    frame.viewH = view.h;
+    frame.zoomGain = double(float(zoomGain));
+    frame.base = trunc32((double(e.m_nRadius) - view.h / 2) * 0.1);
+    return frame;
+}
+
+void composeQuadrant(FEDSP& e, unsigned char* image, int position, unsigned char* out,
+                     const fe::ViewFrame& frame)
+{
+    unsigned char* sources[4] = {};
+    sources[position] = image;
+    e.SnapShotM1(sources[0], sources[1], sources[2], sources[3], out, frame.viewW, frame.viewH);
+}
+
+} // namespace
+
+bool FEDSP::AccessCtr_FEQuad12(unsigned char* pIn, unsigned char* pOut, int nInW, int nInH,
+                               int nScreenW, int nScreenH)
+{
+    const fe::Size view = fe::quadViewSize({nInW, nInH, nScreenW, nScreenH}, fe::kQuad12Fraction);
+    const double scale = double(m_fScaleX);
+    fe::ViewFrame frame = quadFrame(*this, view, scale <= 1 ? 1.2 : 1.2 * std::pow(scale, 3.0));
+    return fe::renderPair(*this, fe::kQuad12Rules, fe::kQuadLaw, frame, composeQuadrant, pIn, pOut);
+}
+
+bool FEDSP::AccessCtr_FEQuad34(unsigned char* pIn, unsigned char* pOut, int nInW, int nInH,
+                               int nScreenW, int nScreenH)
+{
+    const fe::Size view = fe::quadViewSize({nInW, nInH, nScreenW, nScreenH}, fe::kQuad34Fraction);
+    const double scale = double(m_fScaleX);
+    fe::ViewFrame frame =
+        quadFrame(*this, view, scale <= 1 ? 1.2 : 3.0 * 0.4 * scale * scale * scale);
+    const std::uint32_t frameBytes = 3u * std::uint32_t(nScreenW) * std::uint32_t(nScreenH);
+    m_nQuadBytes = fe::wrappingSum(m_nQuadBytes, frameBytes & ~3u);
+    return fe::renderPair(*this, fe::kQuad34Rules, fe::kQuadLaw, frame, composeQuadrant, pIn, pOut);
+}
