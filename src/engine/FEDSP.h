@@ -74,9 +74,9 @@ public:
 
     // ---- frames ----
 
-    // Renders one frame in the current layout. nReserved is not read. nPitch is the distance of two
-    // input rows in pixels. False for a null frame or one that the buffers cannot hold; then
-    // nothing was changed.
+    // Renders one frame in the current layout. nReserved is not read. nPitch is what the kernels
+    // take as the distance of two rows; staging copies tightly packed rows, so it should be nW.
+    // False for a null frame or one that the buffers cannot hold; then nothing was changed.
     bool LumoAccessCtr_FEProc_VideoInput(int nCam, int nReserved, unsigned char* pIn,
                                          unsigned char* pOut, int nW, int nH, FORMAT format,
                                          bool bFlip, int nPitch);
@@ -149,10 +149,11 @@ public:
     //
     //   c1, c2    circle centre, input pixels: c1 counts rows, c2 counts columns
     //   R         circle radius, input pixels
-    //   pTable    entries of nW columns: R / 2 rows (mode 0 and 1, no more than the input has
-    //   pixels,
-    //             and one entry), or (R - 3) * nW + 1 entries (mode 2). Null: nothing is done
-    //   nRot      direction of column 0, degrees from the column axis towards the row axis
+    //   pTable    entries of nW columns: R / 2 rows and one entry for modes 0 and 1 (no more than
+    //   the
+    //             input has pixels), (R - 3) * nW + 1 entries for mode 2. Null: nothing is done
+    //   nRot      direction of column 0, degrees from the column axis towards the row axis; reduced
+    //             modulo nW
     //   nMode     0 unwrap; 1 straight copy; 2 unwrap mirrored, with a blank centre, in which only
     //             every second row is written; others do nothing
     //   nShift    mode 2: not 0 moves all but the centre up by R / 5 rows
@@ -169,6 +170,9 @@ public:
                                  float* pSinTbl, float* pCosTbl, int nMode, int nW);
 
     // ---- renderers: staged input to the caller's frame; true when the frame is complete ----
+    //
+    // The dispatcher above checks sizes and clips what they write to the frame; called by hosts,
+    // they do neither.
     //
     // With m_nLineIndex at 0 or more they map the band of 64 rows that starts there; the host sets
     // m_nLineIndex to the next band's row between the calls.
@@ -189,8 +193,9 @@ public:
     // ---- composition: copies finished views into a frame ----
     //
     // Images have their rows without padding; their planes follow m_nFormat: chroma is composed for
-    // NV12 and YV12 only. Called by hosts, nothing is clipped: pDst must hold the whole frame and
-    // one byte more.
+    // NV12 and YV12 only, (nH + 1) / 2 rows of it. Called by hosts, nothing is clipped: pDst must
+    // hold the whole frame, one byte more, and for odd heights one more row of chroma in each
+    // plane.
 
     // Places the first source that is not null, nW x nH pixels, in its quadrant of a frame of
     // 2 * nW x 2 * nH: top left, top right, bottom left, bottom right. Luma of the right-hand
@@ -217,14 +222,14 @@ public:
 
     // Places a picture of the engine's format in a frame of nScreenW x nScreenH. nCamPos 0: its
     // left half at the top, its right half from below the middle on; 2: the same mirrored; others:
-    // whole, from a quarter (bTall: an eighth) of the height on. Mirrors read one element past a
-    // row.
+    // whole, from a quarter (bTall: an eighth) of the height on. The upper half's rows are
+    // nScreenW pixels whatever nImgW is, and mirrors read one element past a row.
     void Access_ctr_M3_Half_Display(unsigned char* pImg, int nImgW, int nImgH, unsigned char* pDst,
                                     int nScreenW, int nScreenH, int nCamPos, bool bTall);
 
     // Resizes a semi-planar image bilinearly. Pixels that fall on the source's last two columns or
-    // rows become black. Returns 0; -1 for sizes below 1; the length of a printed line when the
-    // scale cannot be inverted.
+    // rows become black. Returns 0; -1 for sizes below 2; the length of a printed line when the
+    // scale cannot be inverted, as for a destination size of 0.
     int resize_image(unsigned char* pSrc, unsigned char* pDst, const int& nSrcW, const int& nSrcH,
                      const int& nDstW, const int& nDstH);
 
@@ -349,10 +354,10 @@ public:
     // ---- panorama sizing, pixels ----
 
     int m_nPanoBase = 0;
-    int m_nPanoH = 0; // height in use
+    int m_nPanoH = 0; // columns of the unwrap's table
     int m_nPanoHSmall = 0;
     int m_nPanoHLarge = 0;
-    int m_nPanoH0 = 0;
+    int m_nPanoH0 = 0; // columns of the remap's table
 
     // ---- sine and cosine of 0..1439 quarter degrees ----
 

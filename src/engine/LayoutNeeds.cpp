@@ -16,7 +16,8 @@ using Needs = std::array<std::int64_t, kBufferCount>;
 class NeedsOfLayout {
 public:
     NeedsOfLayout(const FEDSP& e, const Extent& extent, FORMAT format)
-        : e_(e), extent_(extent), packed_(format == FORMAT_RGB), bands_(e.m_nLineIndex >= 0)
+        : e_(e), extent_(extent), bands_(e.m_nLineIndex >= 0),
+          packed_(format == FORMAT_RGB && !bands_)
     {
     }
 
@@ -100,7 +101,8 @@ private:
 
     const FEDSP& e_;
     Extent extent_;
-    bool packed_, bands_;
+    bool bands_;
+    bool packed_; // bands of packed frames are not mapped
     Needs needs_{};
 };
 

@@ -90,7 +90,8 @@ void FEDSP::OnViewModeChange()
             this->*view.zoom = std::max(this->*view.zoom, kWallZoomFloor);
 
     // Sizes are those of now, not of the allocation.
-    const std::int64_t subArea = std::int64_t(m_nScreenH / 3) * fe::trunc32(m_nScreenW * 0.5);
+    const std::int64_t screenW = std::max(m_nScreenW, 0);
+    const std::int64_t subArea = std::int64_t(m_nScreenH / 3) * (screenW / 2);
     const std::int64_t panoArea = std::int64_t(m_nRadius) * m_nPanoH;
     fe::fillBuffer(*this, fe::kStaged, std::int64_t(m_nInputW) * m_nInputH * 2, 0);
     // Kept: a third of the screen's height clears only half of these tables.
@@ -99,6 +100,6 @@ void FEDSP::OnViewModeChange()
     fe::fillBuffer(*this, fe::kMapTable, panoArea * 8, 0);
     fe::dropPackedTables(*this);
     fe::fillBuffer(*this, fe::kPanoImage, panoArea * 2, 128);
-    fe::fillBuffer(*this, fe::kViewImage, std::int64_t(m_nScreenW) * m_nScreenW * 2, 0);
+    fe::fillBuffer(*this, fe::kViewImage, screenW * screenW * 2, 0);
     fe::fillBuffer(*this, fe::kWorkImageA, panoArea * 2, 0);
 }

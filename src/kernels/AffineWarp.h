@@ -32,8 +32,7 @@ FE_API int RTMpy(_RTMat* A, _RTMat* B, _RTMat* P);
 
 // R = inverse of A by cofactors. The determinant holds - m2 * m4 + m6 in place of - m2 * m4 * m6,
 // so the result is a true inverse only when m2 and m6 are 0, as for scales. A determinant below
-// 1e-8 prints a line, leaves R all zero and fails, as does a negative column count. R must not be
-// A.
+// 1e-8 prints a line, leaves R all zero and fails, as does a negative column count.
 FE_API int RTInv(_RTMat* A, _RTMat* R);
 
 // The warpers walk the destination: pixel (dx, dy) is interpolated at source position

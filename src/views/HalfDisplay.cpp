@@ -63,25 +63,44 @@ void FEDSP::Access_ctr_M3_Half_Display(unsigned char* pImg, int nImgW, int nImgH
     const std::int64_t imgLuma = sw * sh, frameLuma = W * H, chromaRows = (sh + 1) / 2;
     const int wallShift = bTall ? 3 : 2;
 
-    Plane planes[3] = {{0, sw, 0, W, sh, 1, W, half, half, halfH + 1, sw, H >> wallShift}};
+    Plane planes[3] = {{.srcOffset = 0,
+                        .srcStep = sw,
+                        .dstOffset = 0,
+                        .dstStep = W,
+                        .rows = sh,
+                        .elementBytes = 1,
+                        .upperBytes = W,
+                        .lowerColumn = half,
+                        .lowerBytes = half,
+                        .lowerRow = halfH + 1,
+                        .wholeBytes = sw,
+                        .wallRow = H >> wallShift}};
     int count = 1;
+    Plane chroma{.srcOffset = imgLuma,
+                 .srcStep = sw,
+                 .dstOffset = frameLuma,
+                 .dstStep = W,
+                 .rows = chromaRows,
+                 .elementBytes = 2,
+                 .upperBytes = half,
+                 .lowerColumn = half & ~1,
+                 .lowerBytes = half,
+                 .lowerRow = halfH >> 1,
+                 .wholeBytes = sw,
+                 .wallRow = halfH >> wallShift};
     if (m_nFormat == FORMAT_NV12) {
-        planes[count++] = {imgLuma,   sw,   frameLuma,  W,  chromaRows,        2, half,
-                           half & ~1, half, halfH >> 1, sw, halfH >> wallShift};
+        planes[count++] = chroma;
     } else if (m_nFormat == FORMAT_YV12) {
-        for (int plane = 0; plane < 2; ++plane)
-            planes[count++] = {imgLuma + plane * (imgLuma / 4),
-                               half,
-                               frameLuma + plane * (frameLuma / 4),
-                               halfW,
-                               chromaRows,
-                               1,
-                               half >> 1,
-                               half >> 1,
-                               half >> 1,
-                               halfH >> 1,
-                               half,
-                               halfH >> wallShift};
+        chroma.srcStep = half;
+        chroma.dstStep = halfW;
+        chroma.elementBytes = 1;
+        chroma.upperBytes = chroma.lowerColumn = chroma.lowerBytes = half >> 1;
+        chroma.wholeBytes = half;
+        for (int plane = 0; plane < 2; ++plane) {
+            chroma.srcOffset = imgLuma + plane * (imgLuma / 4);
+            chroma.dstOffset = frameLuma + plane * (frameLuma / 4);
+            planes[count++] = chroma;
+        }
     }
 
     const Composer compose{fe::OutputWindow(*this, pDst), pImg, nCamPos};

@@ -9,6 +9,12 @@ namespace {
 
 constexpr double kUpperPart = 1.538; // frame height over that of the 360 layout's upper views
 
+// Height of the 360 layout's upper part, rounded to the nearest row.
+int upperHeight(int frameH)
+{
+    return trunc32(frameH / kUpperPart + 0.5);
+}
+
 } // namespace
 
 Size quadViewSize(const Extent& extent, int fraction)
@@ -19,20 +25,18 @@ Size quadViewSize(const Extent& extent, int fraction)
 
 Size ptz360ViewSize(const Extent& extent)
 {
-    if (extent.exceeds())
-        return {extent.inW / 2, trunc32((extent.inH / kUpperPart + 0.5) * 4.0 / 4.0)};
-    return {4 * trunc32(extent.screenW * 0.5 / 4.0 + 0.5),
-            4 * (trunc32(extent.screenH / kUpperPart + 0.5) / 4)};
+    if (extent.exceeds()) return {extent.inW / 2, upperHeight(extent.inH)};
+    return {4 * trunc32(extent.screenW * 0.5 / 4.0 + 0.5), upperHeight(extent.screenH) / 4 * 4};
 }
 
 Strip stripSize(const Extent& extent)
 {
     // Kept: the screen's width is compared with the input's height too, unlike everywhere else.
     if (extent.screenW > extent.inW || extent.screenW > extent.inH) {
-        const int top = trunc32(extent.inH / kUpperPart + 0.5);
+        const int top = upperHeight(extent.inH);
         return {2 * (extent.inW / 2), extent.screenH - top, top};
     }
-    const int top = trunc32(extent.screenH / kUpperPart + 0.5) / 4 * 4;
+    const int top = upperHeight(extent.screenH) / 4 * 4;
     return {2 * (trunc32(extent.screenW * 0.5 / 4.0 + 0.5) * 4), extent.screenH - top, top};
 }
 

@@ -3,6 +3,7 @@
 
 #include "mapping/MapEntry.h"
 #include "views/PackedTable.h"
+#include "views/ViewRules.h"
 
 namespace fe {
 
@@ -16,9 +17,11 @@ int panoramaWidth(const FEDSP& e)
     return e.m_nCamPos == 1 ? e.m_nPanoH0 : e.m_nPanoH;
 }
 
-int innermostRows(int rows)
+PanoramaMap outerRows(const FEDSP& e)
 {
-    return (rows >> 2) * 2;
+    const int rows = e.m_nRadius >> 1;
+    const int skip = (rows >> 2) * 2;
+    return {e.m_nPanoH, rows - skip, std::int64_t(skip) * e.m_nPanoH};
 }
 
 void buildPanorama(FEDSP& e)
@@ -35,6 +38,7 @@ void buildPanorama(FEDSP& e)
 
 int mapPanorama(FEDSP& e, unsigned char* in, int inW, int inH, const PanoramaMap& map)
 {
+    if (!isKnown(e.m_nFormat)) return 0;
     const bool setting = e.m_FishSetting.bEnabled != 0;
     const std::int64_t entries = map.firstEntry + std::int64_t(map.rows) * map.width;
     int* table = e.m_pMapTable;

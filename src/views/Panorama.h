@@ -15,21 +15,20 @@ struct PanoramaMap {
     std::int64_t firstEntry; // where they begin in the table
 };
 
-// True for the formats whose panorama is scaled; packed frames are not, unknown ones not even
-// mapped.
+// True for the formats whose unwrap is scaled to the frame.
 bool isPlanar(FORMAT format);
 
 // Columns of the table for the engine's mounting: the remap's on the wall, else the unwrap's.
 int panoramaWidth(const FEDSP& e);
 
-// Radii of the unwrap, two input pixels each, that lie too close to the centre to be shown.
-int innermostRows(int rows);
+// The rows of the polar unwrap that are shown: all but the innermost radii.
+PanoramaMap outerRows(const FEDSP& e);
 
 // Builds the main table: the remap on the wall, else the polar unwrap.
 void buildPanorama(FEDSP& e);
 
 // Maps rows of the panorama into m_pPanoImage: all of them, or the band at m_nLineIndex. The result
-// is that of the mapping by lines.
+// is that of the mapping by lines; unknown formats map nothing.
 int mapPanorama(FEDSP& e, unsigned char* in, int inW, int inH, const PanoramaMap& map);
 
 } // namespace fe

@@ -9,13 +9,12 @@ using fe::trunc32;
 
 namespace {
 
-// What is mapped; no rows when the format is unknown.
+// What is mapped.
 fe::PanoramaMap map180(const FEDSP& e)
 {
     const int width = fe::panoramaWidth(e);
     const int radius = e.m_nRadius;
     const bool packed = e.m_nFormat == FORMAT_RGB;
-    if (!packed && !fe::isPlanar(e.m_nFormat)) return {width, 0, 0};
     if (e.m_nCamPos == 1) {
         if (packed) return {width, trunc32(radius * 0.5), 0};
         // Kept: the tall picture starts half as many entries down as rows were meant.
@@ -24,9 +23,7 @@ fe::PanoramaMap map180(const FEDSP& e)
         return {width, trunc32(radius * 0.5), std::int64_t(radius >> 2) * width};
     }
     if (packed) return {width, trunc32(radius * 0.25), 0};
-    const int rows = radius >> 1;
-    const int skip = fe::innermostRows(rows);
-    return {width, rows - skip, std::int64_t(skip) * width};
+    return fe::outerRows(e);
 }
 
 } // namespace
@@ -39,8 +36,7 @@ unsigned int FEDSP::AccessCtr_FE180(unsigned char* pIn, unsigned char* pOut, int
 
     const fe::PanoramaMap map = map180(*this);
     const bool wholeFrame = m_nLineIndex < 0;
-    int done = 0;
-    if (map.rows > 0) done = fe::mapPanorama(*this, pIn, nInW, nInH, map);
+    const int done = fe::mapPanorama(*this, pIn, nInW, nInH, map);
     // Kept: the last band is told by the picture's height, not by the panorama's.
     if (!wholeFrame && m_nLineIndex != half.h - 1 && done != map.rows) return 0;
 

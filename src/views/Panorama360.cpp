@@ -9,19 +9,17 @@ using fe::trunc32;
 
 namespace {
 
-// What is mapped; no rows when the format is unknown.
+// What is mapped.
 fe::PanoramaMap stripMap(const FEDSP& e)
 {
     const int width = fe::panoramaWidth(e);
     const bool packed = e.m_nFormat == FORMAT_RGB;
-    if (!packed && !fe::isPlanar(e.m_nFormat)) return {width, 0, 0};
     if (e.m_nCamPos == 1)
         // Kept: packed frames start at another row of the same table.
         return {width, trunc32(e.m_nRadius * 0.75),
                 packed ? 0 : std::int64_t(e.m_nRadius >> 3) * width};
-    const int rows = e.m_nRadius >> 1;
-    const int skip = packed ? 0 : fe::innermostRows(rows);
-    return {width, rows - skip, std::int64_t(skip) * width};
+    if (packed) return {width, e.m_nRadius >> 1, 0};
+    return fe::outerRows(e);
 }
 
 } // namespace
@@ -35,14 +33,13 @@ unsigned int FEDSP::AccessCtr_FE360(unsigned char* pIn, unsigned char* pOut, int
 
     const fe::PanoramaMap map = stripMap(*this);
     const bool wholeFrame = m_nLineIndex < 0;
-    int done = 0;
-    if (map.rows > 0) done = fe::mapPanorama(*this, pIn, nInW, nInH, map);
+    const int done = fe::mapPanorama(*this, pIn, nInW, nInH, map);
     if (!wholeFrame && m_nLineIndex != map.rows - 1 && done != map.rows) return 0;
 
     unsigned char* target = m_pViewImage;
     if (!wholeFrame) target += std::int64_t(strip.w) * strip.top * 3 / 2;
     if (m_nCamPos == 1) {
-        resize_image(m_pPanoImage, target, m_nPanoH0, trunc32(m_nRadius * 0.75), strip.w, strip.h);
+        resize_image(m_pPanoImage, target, map.width, map.rows, strip.w, strip.h);
     } else if (fe::isPlanar(m_nFormat)) {
         resize_image(m_pPanoImage, m_pWorkImageA, map.width, map.rows, strip.w, strip.h);
         // A floor camera's strip is upright already; it is mirrored instead.

@@ -24,7 +24,8 @@ void composeUpperView(FEDSP& e, unsigned char* image, int position, unsigned cha
 {
     unsigned char* left = position == 0 ? image : nullptr;
     unsigned char* right = position == 1 ? image : nullptr;
-    e.SnapShotM2(left, right, nullptr, out, frame.viewW, frame.viewH, e.m_fScaleX, 0, e.m_nScreenH);
+    e.SnapShotM2(left, right, nullptr, out, frame.viewW, frame.viewH, e.m_fScaleX, 0,
+                 frame.screenH);
 }
 
 } // namespace
@@ -34,5 +35,6 @@ bool FEDSP::AccessCtr_FE360PTZ(unsigned char* pIn, unsigned char* pOut, int nInW
 {
     const fe::Size view = fe::ptz360ViewSize({nInW, nInH, nScreenW, nScreenH});
     fe::ViewFrame frame = ptz360Frame(*this, view);
+    frame.screenH = nScreenH;
     return fe::renderPair(*this, fe::k360Rules, fe::k360Law, frame, composeUpperView, pIn, pOut);
 }

@@ -13,6 +13,7 @@ enum ViewId { kQuad1, kQuad2, kQuad3, kQuad4, k360View1, k360View2, kSingle };
 // Per-frame values of a layout; they depend on the engine's state, not on the view.
 struct ViewFrame {
     int viewW, viewH; // size of a view, pixels
+    int screenH;      // height of the frame that the views are placed in
     double zoomGain;  // growth of the lens radius per zoom step
     int base;         // what the circle's radius allows the offset at zoom 0
     int zoomTerm = 0; // growth of the lens radius of both 360 views

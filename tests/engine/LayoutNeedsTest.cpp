@@ -63,7 +63,7 @@ TEST_F(LayoutNeeds, ACircleRaisedWithoutAModeChangeIsCheckedOnTheNextFrame)
     EXPECT_EQ(frame(), 0);
 }
 
-TEST_F(LayoutNeeds, HeapBuffersServeEveryLayoutFormatAndMounting)
+TEST(LayoutNeedsOfEverySlot, HeapBuffersServeEveryLayoutFormatAndMounting)
 {
     for (auto [inW, inH] : {std::pair{320, 240}, {1280, 1024}, {640, 2000}, {321, 243}})
         for (auto [screenW, screenH] : {std::pair{320, 240}, {132, 98}, {1920, 1080}, {1080, 1920}})
@@ -82,7 +82,7 @@ TEST_F(LayoutNeeds, HeapBuffersServeEveryLayoutFormatAndMounting)
                     }
 }
 
-TEST_F(LayoutNeeds, CarvedBuffersRefuseWhatTheyCannotHold)
+TEST(LayoutNeedsOfABlock, CarvedBuffersRefuseWhatTheyCannotHold)
 {
     FEDSP engine;
     engine.FE_Initialize(0, 640, 480, 4);

@@ -296,3 +296,10 @@ TEST(ModeChange, AppliesTheAngleLimitOfTheScreenClass)
     e.OnViewModeChange();
     EXPECT_EQ(e.m_nAngleLimit, 45);
 }
+
+TEST(ModeChange, SurvivesAScreenOfImpossibleSize)
+{
+    TestSlot slot(320, 240, -2147483647 - 1, -2147483647 - 1);
+    EXPECT_EQ(slot.status(), 2);
+    EXPECT_EQ(slot.update(8, 0), 0);
+}

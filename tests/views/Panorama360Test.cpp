@@ -172,27 +172,19 @@ TEST(Panorama360Sizes, SmallInputsShowWhatTheBuilderDidNotWrite)
 
 TEST(Panorama360Sizes, ScreensThatDoNotFitAreClippedToTheFrame)
 {
-    struct Case {
-        int inW, inH, screenW, screenH;
-    };
-    for (const Case& c : {Case{1280, 1280, 1366, 768},
-                          {1280, 720, 1280, 1024},
-                          {2560, 1920, 1366, 768},
-                          {1280, 720, 1024, 768},
-                          {1280, 1024, 800, 601},
-                          {640, 480, 1920, 1080},
-                          {320, 240, 1920, 1080},
-                          {640, 480, 1080, 1920},
-                          {1280, 1024, 1, 1},
-                          {1280, 1024, 0, 0},
-                          {640, 480, 133, 99}})
-        for (int camPos : {0, 1, 2})
-            for (FORMAT format : {FORMAT_NV12, FORMAT_YV12, FORMAT_RGB}) {
-                TestSlot slot(c.inW, c.inH, c.screenW, c.screenH);
-                slot.update(2, camPos);
-                Bytes in = constantFrame(c.inW, c.inH, format, 77);
-                OutputFrame out(c.screenW, c.screenH, format);
-                EXPECT_EQ(slot.frame(in, out, format), 0);
-                EXPECT_EQ(slot.frame(in, out, format), 0);
-            }
+    renderOnAwkwardScreens(2, false);
+}
+
+TEST_F(Panorama360, BandsOfUnknownFormatsAreNotDoneBeforeTheLastRow)
+{
+    select(1);
+    frame();
+    e.m_nFormat = FORMAT(7);
+    OutputFrame banded(800, 600);
+    const Bytes untouched = banded.bytes();
+    for (int line : {0, 64}) {
+        e.m_nLineIndex = line;
+        EXPECT_EQ(e.AccessCtr_FE360(e.m_pStaged, banded.data(), 1280, 1280, 800, 600), 0u);
+    }
+    EXPECT_EQ(banded.bytes(), untouched);
 }

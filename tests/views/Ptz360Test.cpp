@@ -11,12 +11,7 @@ protected:
 
     void steer(int camPos, int view, int pan, int tilt)
     {
-        FE_ViewParams params = slot.view(2, camPos, view);
-        params.nRadius = 640;
-        FE_EventParams event;
-        event.nPanStep = static_cast<short>(pan);
-        event.nTiltStep = static_cast<short>(tilt);
-        ParamsUpdated(0, &event, &params);
+        LayoutSlot::steer(2, camPos, view, pan, tilt, 640);
     }
 };
 
@@ -174,10 +169,10 @@ TEST_F(Ptz360, TablesAreNotCleared)
 {
     steer(0, 0, 0, 0);
     frame();
-    std::fill_n(e.m_pSubMapA, 2 * 400 * 388, 0x01010101);
+    std::fill_n(e.m_pSubMapA, 2 * 400 * 388, 257);
     e.m_nCamPos = 3;
     frame();
-    EXPECT_EQ(e.m_pSubMapA[0], 0x01010101);
+    EXPECT_EQ(e.m_pSubMapA[0], 257);
 }
 
 TEST_F(Ptz360, TheRightViewLosesItsLastColumn)

@@ -14,12 +14,7 @@ protected:
 
     void steer(int camPos, int view, int pan, int tilt)
     {
-        FE_ViewParams params = slot.view(1, camPos, view);
-        params.nRadius = 640;
-        FE_EventParams event;
-        event.nPanStep = static_cast<short>(pan);
-        event.nTiltStep = static_cast<short>(tilt);
-        ParamsUpdated(0, &event, &params);
+        LayoutSlot::steer(1, camPos, view, pan, tilt, 640);
     }
     // A quadrant of the frame without its first column, which the view beside it spills into.
     Bytes quadrant(int number) const
@@ -347,14 +342,14 @@ TEST_F(Quad12, ARebuildClearsTheFirstHalfOfTheTable)
     steer(0, 0, 0, 0);
     frame();
     for (int* table : {e.m_pSubMapA, e.m_pSubMapB, e.m_pMapTable})
-        std::fill_n(table, 2 * 400 * 300, 0x01010101);
+        std::fill_n(table, 2 * 400 * 300, 257);
     e.m_nCamPos = 3; // nothing is built over it
     EXPECT_EQ(builds(), 0);
     for (const int* table : {e.m_pSubMapA, e.m_pSubMapB}) {
         EXPECT_TRUE(std::all_of(table, table + 400 * 300, [](int w) { return w == 0; }));
-        EXPECT_EQ(table[400 * 300], 0x01010101);
+        EXPECT_EQ(table[400 * 300], 257);
     }
-    EXPECT_EQ(e.m_pMapTable[0], 0x01010101); // views 3 and 4 do not clear theirs
+    EXPECT_EQ(e.m_pMapTable[0], 257); // views 3 and 4 do not clear theirs
     EXPECT_EQ(e.m_nQuad1Key, 400 + 3 + 4);
     EXPECT_EQ(e.m_nQuad4Key, 400 + 3 + 4);
 }
@@ -475,4 +470,9 @@ TEST(QuadScreenClass, WideScreensMoveTheAreaByLess)
                                         {radius - 200 + 44, radius - 112 + 24, 400 - 88, 175}, 0,
                                         11, 400, 300, expected.data(), 0, 0);
     EXPECT_TRUE(std::equal(expected.begin() + 2, expected.end(), s.e.m_pSubMapB + 2));
+}
+
+TEST(QuadSizes, ScreensThatDoNotFitAreClippedToTheFrame)
+{
+    renderOnAwkwardScreens(1, false);
 }

@@ -1,56 +1,20 @@
-#include "Capture.h"
-#include "Frames.h"
-
-#include "mapping/MapEntry.h"
+#include "ViewTestSupport.h"
 
 #include <algorithm>
-#include <gtest/gtest.h>
 
 namespace {
 
-constexpr const char* kBuildLine = "Fisheye_calibration_Init_byArea:";
-
-// A slot in the single view, 1280x1024 to 800x600, and frames to feed it.
-class SingleView : public testing::Test {
+// A slot in the single view, 1280x1024 to 800x600.
+class SingleView : public testing::Test, protected LayoutSlot {
 protected:
-    SingleView()
-        : slot(1280, 1024, 800, 600), e(slot.engine()), in(patternFrame(1280, 1024, FORMAT_NV12)),
-          out(800, 600)
-    {
-    }
+    SingleView() : LayoutSlot(1280, 1024, 800, 600) {}
 
     void select(int camPos, int pan = 0, int tilt = 0, int radius = 640)
     {
-        FE_ViewParams view = slot.view(8, camPos);
-        view.nRadius = static_cast<unsigned short>(radius);
-        FE_EventParams event;
-        event.nPanStep = static_cast<short>(pan);
-        event.nTiltStep = static_cast<short>(tilt);
-        ParamsUpdated(0, &event, &view);
+        steer(8, camPos, 0, pan, tilt, radius);
     }
-    // Renders a frame and tells whether the table was built.
-    bool frameBuilds()
-    {
-        return occurrences(printedBy([&] { EXPECT_EQ(slot.frame(in, out), 0); }), kBuildLine) > 0;
-    }
-    // Feeds `count` frames and returns the values of a field after each.
-    std::vector<int> overFrames(int FEDSP::*field, int count)
-    {
-        std::vector<int> values;
-        for (int i = 0; i < count; ++i) {
-            slot.frame(in, out);
-            values.push_back(e.*field);
-        }
-        return values;
-    }
-
-    TestSlot slot;
-    FEDSP& e;
-    Bytes in;
-    OutputFrame out;
+    bool frameBuilds() { return builds() > 0; }
 };
-
-using Values = std::vector<int>;
 
 } // namespace
 
@@ -286,7 +250,8 @@ TEST_F(SingleView, OtherMountingsBuildNothingButStoreTheKeyAndFlip)
     e.m_nCamPos = 3;
     e.m_nSinglePan = 5;
     OutputFrame turned(800, 600);
-    EXPECT_EQ(printedBy([&] { slot.frame(in, turned); }).find(kBuildLine), std::string::npos);
+    EXPECT_EQ(printedBy([&] { slot.frame(in, turned); }).find("Fisheye_calibration_Init_byArea:"),
+              std::string::npos);
     EXPECT_EQ(e.m_nSinglePanBuilt, 5);
     EXPECT_EQ(e.m_nSingleKey, 800 + 3 + 4);
     for (const std::size_t row : {std::size_t(0), std::size_t(77), std::size_t(599)})
@@ -313,7 +278,7 @@ TEST_F(SingleView, UnknownFormatsDrawNothing)
         OutputFrame frame(800, 600);
         const std::string printed = printedBy([&] { slot.frame(in, frame, FORMAT(format)); });
         EXPECT_EQ(printed.find("Bilinear"), std::string::npos);
-        EXPECT_EQ(occurrences(printed, kBuildLine), 1);
+        EXPECT_EQ(occurrences(printed, "Fisheye_calibration_Init_byArea:"), 1);
         EXPECT_EQ(frame[0], 0); // cleared by the set-up frame
         EXPECT_EQ(frame[480000], 128);
     }
@@ -457,30 +422,7 @@ TEST(SingleViewFormats, AConstantRgbFrameComesOutWithRedAndBlueExchanged)
 
 TEST(SingleViewSizes, OddPortraitAndLargeScreensStayInTheirFrame)
 {
-    struct Case {
-        int inW, inH, screenW, screenH;
-    };
-    for (const Case& c : {Case{1280, 1024, 801, 601},
-                          {1280, 1024, 1920, 1080},
-                          {640, 480, 1920, 1080},
-                          {2048, 2048, 1080, 1920},
-                          {320, 240, 1, 1},
-                          {320, 240, 0, 0},
-                          {321, 241, 320, 239},
-                          {321, 241, 319, 240},
-                          {4096, 240, 320, 480}})
-        for (int camPos : {0, 1, 2})
-            for (FORMAT format : {FORMAT_NV12, FORMAT_YV12, FORMAT_RGB}) {
-                TestSlot slot(c.inW, c.inH, c.screenW, c.screenH);
-                ASSERT_EQ(slot.status(), 0);
-                slot.update(8, camPos, 1, 0, 0, camPos);
-                Bytes in = constantFrame(c.inW, c.inH, format, 77);
-                OutputFrame out(c.screenW, c.screenH, format);
-                EXPECT_EQ(slot.frame(in, out, format, true), 0);
-                EXPECT_EQ(slot.frame(in, out, format, true), 0);
-                for (std::size_t i = 0; i < std::size_t(c.screenW) * std::size_t(c.screenH); ++i)
-                    ASSERT_EQ(out[i], 77);
-            }
+    renderOnAwkwardScreens(8, true);
 }
 
 TEST(SingleViewSizes, OddWholeFramesHoldTheKernelsBytes)

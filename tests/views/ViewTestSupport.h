@@ -17,6 +17,17 @@ struct LayoutSlot {
     {
     }
 
+    // An update with a circle of that radius in the middle of the input.
+    void steer(int mode, int camPos, int view, int pan, int tilt, int radius)
+    {
+        FE_ViewParams params = slot.view(mode, camPos, view);
+        params.nRadius = static_cast<unsigned short>(radius);
+        FE_EventParams event;
+        event.nPanStep = static_cast<short>(pan);
+        event.nTiltStep = static_cast<short>(tilt);
+        ParamsUpdated(0, &event, &params);
+    }
+
     void frame() { EXPECT_EQ(slot.frame(in, out), 0); }
 
     // What the library prints while it renders a frame.
@@ -51,4 +62,46 @@ inline int printedNumber(const std::string& text, const std::string& label, int 
     for (; n > 0 && at != std::string::npos; --n)
         at = text.find(label, at + 1);
     return at == std::string::npos ? -9999 : std::stoi(text.substr(at + label.size()));
+}
+
+// Renders two frames of a layout in every mounting and format on screens that do not suit it:
+// larger than the input, upright, odd, tiny. The frame's guards tell when something is written
+// outside. With `constant`, every luma byte of a picture of one value must have that value.
+inline void renderOnAwkwardScreens(int mode, bool constant)
+{
+    struct Case {
+        int inW, inH, screenW, screenH;
+    };
+    for (const Case& c : {Case{1280, 1024, 801, 601},
+                          {1280, 1280, 1366, 768},
+                          {1280, 720, 1280, 1024},
+                          {2560, 1920, 1366, 768},
+                          {1280, 720, 1024, 768},
+                          {1280, 1024, 799, 599},
+                          {1792, 1792, 1920, 1080},
+                          {640, 480, 1920, 1080},
+                          {320, 240, 1920, 1080},
+                          {1080, 1920, 1920, 1080},
+                          {2048, 2048, 1080, 1920},
+                          {4096, 240, 320, 480},
+                          {321, 241, 319, 239},
+                          {640, 480, 133, 99},
+                          {1280, 1024, 1, 1},
+                          {1280, 1024, 0, 0}})
+        for (int camPos : {0, 1, 2})
+            for (FORMAT format : {FORMAT_NV12, FORMAT_YV12, FORMAT_RGB}) {
+                SCOPED_TRACE(testing::Message()
+                             << c.inW << "x" << c.inH << " on " << c.screenW << "x" << c.screenH
+                             << " mounting " << camPos << " format " << format);
+                TestSlot slot(c.inW, c.inH, c.screenW, c.screenH);
+                ASSERT_EQ(slot.status(), 0);
+                slot.update(mode, camPos, 1, 0, 0, camPos);
+                Bytes in = constantFrame(c.inW, c.inH, format, 77);
+                OutputFrame out(c.screenW, c.screenH, format);
+                EXPECT_EQ(slot.frame(in, out, format, true), 0);
+                EXPECT_EQ(slot.frame(in, out, format, true), 0);
+                const std::size_t luma = std::size_t(c.screenW) * std::size_t(c.screenH);
+                for (std::size_t i = 0; constant && i < luma; ++i)
+                    ASSERT_EQ(out[i], 77);
+            }
 }
