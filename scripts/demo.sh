@@ -1,5 +1,7 @@
 #!/bin/sh
 # Builds the 32-bit library and tool and renders the built-in scene into out/: demo.sh
+#
+# Prints each picture's path and the time per frame.
 set -eu
 cd "$(dirname "$0")/.."
 
@@ -7,24 +9,28 @@ cmake --preset release-32 >/dev/null
 cmake --build --preset release-32 --target LumoFESDK lumofe -- --quiet
 lumofe=build/release-32/bin/lumofe
 
-# render MOUNT PAN TILT
-render() {
-    picture=out/single-$1-pan$2-tilt$3.png
-    printf '%s: ' "$picture"
-    $lumofe render "out/scene-$1.png" -o "$picture" --mount "$1" --pan "$2" --tilt "$3" --time 20 2>&1
-}
-
 mkdir -p out
+set -- # the arguments of the contact sheet: captions and pictures in the same order
 for mount in ceiling wall floor; do
-    $lumofe scene out/scene-$mount.png --size 2048 --mount $mount
-    echo "out/scene-$mount.png: the fisheye picture of a camera on the $mount"
+    scene=out/scene-$mount.png
+    $lumofe scene "$scene" --size 2048 --mount "$mount"
+    echo "$scene: the fisheye picture of a camera on the $mount"
+    set -- "$@" --caption "$mount: the fisheye picture" "$scene"
+    for view in single quad 360 180; do
+        picture=out/$mount-$view.png
+        case $view-$mount in
+        single-ceiling | single-floor) aim=--pan=-22.5 ;; # straight at a wall
+        *) aim= ;;
+        esac
+        time=$($lumofe render "$scene" -o "$picture" --mount "$mount" --view "$view" ${aim:+"$aim"} \
+            --time 15 2>&1)
+        echo "$picture: $time"
+        set -- "$@" --caption "$mount: --view $view, ${time##*: }" "$picture"
+    done
 done
-for pan in -22.5 67.5 157.5 247.5; do
-    render ceiling $pan 70
-done
-render ceiling 0 0
-render floor 67.5 -70
-render floor 0 -20
-render wall 0 0
-render wall 0 -40
+$lumofe sheet out/contact-sheet.png --columns 5 --width 384 "$@"
+echo "out/contact-sheet.png: all of them"
+
+$lumofe render out/scene-ceiling.png -o out/pan.y4m --size 640x480 --pan-sweep 360 --frames 100
+echo "out/pan.y4m: a turn of the single view in four seconds"
 echo "The pictures are in $(pwd)/out"

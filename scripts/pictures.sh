@@ -13,3 +13,6 @@ mkdir -p docs/pictures
 $lumofe scene "$scene" --size 1280 --mount ceiling
 $lumofe scene docs/pictures/scene-ceiling.jpg --size 480 --mount ceiling
 $lumofe render "$scene" -o docs/pictures/single.jpg --size 640x480 --pan -22.5 --tilt 70
+$lumofe render "$scene" -o docs/pictures/quad.jpg --size 544x408 --view quad
+$lumofe render "$scene" -o docs/pictures/360.jpg --size 640x360 --view 360
+$lumofe render "$scene" -o docs/pictures/180.jpg --size 640x360 --view 180

@@ -5,12 +5,14 @@
 #include "Parse.h"
 #include "RenderCommand.h"
 #include "SceneCommand.h"
+#include "SheetCommand.h"
 
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
 #include <cstdio>
 #include <new>
+#include <optional>
 #include <string>
 
 namespace lumofe {
@@ -19,20 +21,37 @@ namespace {
 constexpr int kBadInput = 2;
 
 constexpr const char* kRenderFooter = R"(
+Layouts:
+  single   one view. Steered with --pan, --tilt, --zoom or one --ptz. Shape 4:3
+  quad     four views. Up to four --ptz. Shape 4:3
+  360      two views above a panorama strip. Up to two --ptz. Shape 16:9
+  180      ceiling and floor: a full turn in two halves, one above the other, turned with
+           --pano-offset, shape 16:9; wall: one wide panorama, shape 4:3
+Other shapes stretch the picture. The default size is the largest in that shape that fits into the
+input (the 360's width into its height too) and leaves no gap between the parts. Other sizes are
+changed to the nearest that does so: quad takes multiples of 8; 180 even widths and heights that are
+multiples of 4, on the wall of 8; 360 widths of 8 and most even heights.
+
 Directions, in degrees:
-  ceiling  the camera looks down. Pan 0 to 360 turns clockwise as seen in the raw picture; pan 0
-           looks 22.5 clockwise of the picture's top, pan -22.5 at the top itself. Tilt 0 looks
-           straight down, 90 furthest from it.
+  ceiling  the camera looks down. Pan 0 to 360 turns clockwise as seen in the raw picture. In quad
+           and 360 pan 0 looks to the picture's top; in the single view 22.5 clockwise of it, and pan
+           -22.5 to the top. Tilt 0 looks straight down, 90 furthest from it.
   floor    the camera looks up. Pan as above; tilt 0 looks straight up, -90 furthest from it.
   wall     pan -90 (left) to 90 (right), tilt -90 (up) to 90 (down); 0, 0 looks straight ahead. Pan
            turns the view about 20 degrees at most, further when zoomed in or with a large input.
            Upward tilt leans the view back, downward tilt also moves it.
+Without --ptz the views of quad and 360 share a full turn, tilted by 80; on the wall they look left,
+right, ahead and down.
 
 Examples:
   lumofe render hall.jpg -o view.png --circle 800,640,610 --pan 90 --tilt 60
   lumofe render desk.png -o up.jpg --mount floor --tilt -50 --zoom 30 --size 1024x768
+  lumofe render hall.jpg -o four.png --view quad --ptz 0,70,0 --ptz 180,70,50
+  lumofe render hall.jpg -o strip.png --view 360 --ptz 90,60,0 --ptz 270,60,0
+  lumofe render hall.jpg -o halves.png --view 180 --pano-offset 45
+  lumofe render hall.jpg -o turn.y4m --pan-sweep 360 --frames 200
   ffmpeg -i cam.mp4 -pix_fmt yuv420p -f yuv4mpegpipe - |
-      lumofe render - -o - --pan 180 | ffmpeg -i - view.mp4)";
+      lumofe render - -o - --view quad | ffmpeg -i - view.mp4)";
 
 constexpr const char* kSceneFooter = R"(
 The room is 8 m square; its walls carry the letters N, E, S, W. In the picture of the ceiling camera
@@ -41,6 +60,12 @@ right; the wall camera hangs on the south wall and looks north. The circle fills
 
 Example:
   lumofe scene room.png --size 1280 && lumofe render room.png -o view.png --pan 67.5)";
+
+constexpr const char* kSheetFooter = R"(
+Thumbnails are all as wide as --width and stand in rows, each under its caption.
+
+Example:
+  lumofe sheet all.png --columns 2 --caption before --caption after hall.jpg view.png)";
 
 std::string version()
 {
@@ -55,6 +80,15 @@ CLI::Option* addParsed(CLI::App& app, const char* name, Target& target, Parse pa
     return app
         .add_option_function<std::string>(
             name, [&target, parse](const std::string& text) { target = parse(text); }, help)
+        ->type_name(values);
+}
+
+template <class Number>
+void addNumber(CLI::App& app, const char* name, std::optional<Number>& target, const char* help,
+               const char* values)
+{
+    app.add_option_function<Number>(
+           name, [&target](const Number& number) { target = number; }, help)
         ->type_name(values);
 }
 
@@ -75,7 +109,8 @@ void addRender(CLI::App& app, RenderOptions& o)
                     "output, PNG for a still and Y4M for a video")
         ->required()
         ->type_name("FILE");
-    addParsed(render, "--view", o.view, parseView, "Layout (default single)", "single");
+    addParsed(render, "--view", o.view, parseView,
+              "single, quad, 360 or 180: the layout, see below (default single)", "LAYOUT");
     addParsed(render, "--mount", o.mount, parseMount,
               "ceiling, wall or floor: where the camera hangs\n(default ceiling)", "MOUNT");
     addParsed(render, "--circle", o.circle, parseCircle,
@@ -84,22 +119,46 @@ void addRender(CLI::App& app, RenderOptions& o)
               "(default: centred, half the shorter side)",
               "CX,CY,R");
     addParsed(render, "--size", o.size, parseSize,
-              "Output size, 16 to 4096 pixels each, even except for RGB stills;\n"
-              "e.g. 800x600. The single view always covers a 4:3 area: other\n"
-              "shapes stretch it (default: the largest 4:3 size inside the\n"
-              "input with both sides multiples of 4)",
+              "Output size, 16 to 4096 pixels each, even except for RGB stills of\n"
+              "the single view; e.g. 800x600 (default: see Layouts)",
               "WxH");
-    render.add_option("--pan", o.pan, "Degrees, decimals allowed; e.g. 67.5 (default 0)")
-        ->type_name("DEG");
+    render.add_flag("--exact-size", o.exactSize,
+                    "Take --size as it is, even where it leaves gaps in the layout");
+    addNumber(render, "--pan", o.pan,
+              "Single view: degrees, decimals allowed; e.g. 67.5 (default 0)", "DEG");
+    addNumber(render, "--tilt", o.tilt,
+              "Single view: degrees, decimals allowed; e.g. 60 (default:\n"
+              "ceiling 70, floor -70, wall 0)",
+              "DEG");
+    addNumber(render, "--zoom", o.zoom, "Single view: 0 (widest) to 100; e.g. 25 (default 0)",
+              "PERCENT");
     render
-        .add_option("--tilt", o.tilt,
-                    "Degrees, decimals allowed; e.g. 60 (default: ceiling 70,\n"
-                    "floor -70, wall 0)")
-        ->type_name("DEG");
-    render.add_option("--zoom", o.zoom, "0 (widest) to 100; e.g. 25 (default 0)")
-        ->type_name("PERCENT");
+        .add_option_function<std::string>(
+            "--ptz", [&o](const std::string& text) { o.ptz.push_back(parsePtz(text)); },
+            "Pan and tilt in degrees, zoom in percent of the next view: the\n"
+            "first --ptz is for view 1 and so on, row by row; e.g. 90,60,0")
+        ->type_name("P,T,Z")
+        ->trigger_on_parse();
+    addNumber(render, "--pano-offset", o.panoOffset,
+              "180 on ceiling and floor: turns the panorama, whole degrees,\n"
+              "-360 to 360, clockwise as seen in the raw picture; e.g. 45",
+              "DEG");
+    render.add_flag_callback(
+        "--no-upright", [&o] { o.upright = false; },
+        "Leave the ceiling's 180 upside down, as the library draws it");
+    addNumber(render, "--pan-sweep", o.panSweep,
+              "Still to video, single view: pan from --pan over DEG degrees,\n"
+              "-360 to 360, in --frames frames; the last one is a step short of\n"
+              "it, so that a full turn repeats smoothly",
+              "DEG");
+    addNumber(render, "--frames", o.frames,
+              "Frames of --pan-sweep, 2 to 10000, 25 a second; e.g. 100", "N");
     addParsed(render, "--format", o.format, parsePixelFormat,
-              "nv12, yv12 or rgb: what the library is fed (default nv12)", "FORMAT");
+              "nv12, yv12 or rgb: what the library is fed (default nv12). Where\n"
+              "a layout garbles it, NV12 is fed instead: rgb in all but single,\n"
+              "yv12 in 360 and 180",
+              "FORMAT");
+    render.add_flag("--exact-format", o.exactFormat, "Feed --format even where it is garbled");
     render
         .add_option("--time", o.timeFrames,
                     "Stills: render N more frames, 1 to 100000, and print the median\n"
@@ -129,6 +188,29 @@ void addScene(CLI::App& app, SceneOptions& o)
               "ceiling, wall or floor: where the camera hangs\n(default ceiling)", "MOUNT");
 }
 
+void addSheet(CLI::App& app, SheetOptions& o)
+{
+    CLI::App& sheet = *app.add_subcommand("sheet", "Put pictures side by side, with captions");
+    sheet.footer(kSheetFooter);
+    sheet
+        .add_option("OUT", o.output,
+                    "Still to write (.png .jpg .jpeg .bmp); - is standard output, PNG")
+        ->required()
+        ->type_name("");
+    sheet.add_option("IMAGE", o.images, "PNG, JPEG or BMP stills, up to 4096x4096 pixels")
+        ->required()
+        ->type_name("");
+    sheet.add_option("--columns", o.columns, "Pictures in a row, 1 to 20 (default 3)")
+        ->type_name("N");
+    sheet.add_option("--width", o.width, "Of a thumbnail, 32 to 2048 pixels (default 480)")
+        ->type_name("PIXELS");
+    sheet
+        .add_option("--caption", o.captions,
+                    "Of the next picture, ASCII; once per picture (default: file names)")
+        ->allow_extra_args(false)
+        ->type_name("TEXT");
+}
+
 int fail(const std::string& message)
 {
     std::fprintf(stderr, "lumofe: %s\n", message.c_str());
@@ -143,17 +225,21 @@ int runTool(int argc, const char* const* argv)
     app.set_version_flag("--version", version());
     app.require_subcommand(1);
     app.get_formatter()->column_width(28);
-    app.footer("\nlumofe render --help and lumofe scene --help tell more.");
+    app.footer("\nlumofe render --help, lumofe scene --help and lumofe sheet --help tell more.");
     RenderOptions render;
     SceneOptions scene;
+    SheetOptions sheet;
     addRender(app, render);
     addScene(app, scene);
+    addSheet(app, sheet);
     try {
         app.parse(argc, argv);
         if (app.got_subcommand("render"))
             runRender(render);
-        else
+        else if (app.got_subcommand("scene"))
             runScene(scene);
+        else
+            runSheet(sheet);
         return 0;
     } catch (const CLI::Success& e) {
         return app.exit(e);

@@ -4,6 +4,7 @@
 #include "Error.h"
 #include "media/Pixels.h"
 
+#include <FEDSP.h>
 #include <chrono>
 #include <cmath>
 #include <string>
@@ -13,7 +14,6 @@ namespace lumofe {
 namespace {
 
 constexpr int kSlot = 0;
-constexpr unsigned short kSubView = 1;
 
 FORMAT libraryFormat(PixelFormat format)
 {
@@ -50,6 +50,29 @@ short rounded(double value)
     return short(std::lround(value));
 }
 
+// What the layout adds to the pan of a view on ceiling and floor without taking it off an absolute
+// one, degrees.
+double addedPan(View view, int number)
+{
+    if (view != View::ptz360) return 0;
+    return number == 1 ? 117 : 94.5;
+}
+
+FE_ViewParams viewParams(const DewarperSetup& setup)
+{
+    FE_ViewParams view;
+    view.nViewMode = static_cast<unsigned short>(setup.view);
+    view.nCamPos = static_cast<unsigned short>(setup.mount);
+    view.nSubView = 1;
+    // The library's first centre coordinate runs along the rows.
+    view.nCenterX = static_cast<unsigned short>(setup.circle.y);
+    view.nCenterY = static_cast<unsigned short>(setup.circle.x);
+    view.nRadius = static_cast<unsigned short>(setup.circle.radius);
+    view.nRadius2 = view.nRadius;
+    view.nOverlay = 0;
+    return view;
+}
+
 } // namespace
 
 Dewarper::Dewarper(const DewarperSetup& setup)
@@ -60,17 +83,9 @@ Dewarper::Dewarper(const DewarperSetup& setup)
           Initialize(kSlot, setup.input.width, setup.input.height, setup.output.width,
                      setup.output.height, libraryFormat(setup.format)));
     FE_EventParams event;
-    FE_ViewParams view;
-    view.nViewMode = static_cast<unsigned short>(setup.view);
-    view.nCamPos = static_cast<unsigned short>(setup.mount);
-    view.nSubView = kSubView;
-    // The library's first centre coordinate runs along the rows.
-    view.nCenterX = static_cast<unsigned short>(setup.circle.y);
-    view.nCenterY = static_cast<unsigned short>(setup.circle.x);
-    view.nRadius = static_cast<unsigned short>(setup.circle.radius);
-    view.nRadius2 = view.nRadius;
-    view.nOverlay = 0;
+    FE_ViewParams view = viewParams(setup);
     check("the view", ParamsUpdated(kSlot, &event, &view));
+    if (setup.panoOffset != 0) turnPanorama();
 }
 
 Dewarper::Slot::~Slot()
@@ -81,21 +96,50 @@ Dewarper::Slot::~Slot()
     delete std::exchange(m_ViewParam[kSlot], nullptr);
 }
 
-void Dewarper::aim(const Aim& aim)
+void Dewarper::aim(std::span<const Aim> aims)
+{
+    // On the wall the lens radius of both 360 views is only right when the first was steered last.
+    for (std::size_t i = aims.size(); i > 0; --i)
+        steer(aims[i - 1], int(i));
+    aimed_ = true;
+}
+
+void Dewarper::steer(const Aim& aim, int number)
 {
     const bool wall = setup_.mount == Mount::wall;
-    const double pan = wall || aim.pan >= 0 ? aim.pan : aim.pan + 360;
-    short zoom = rounded(aim.zoom * 8);
+    const ZoomRange zoom = zoomRange(setup_.view, setup_.mount);
+    FE_CurPosParams position{};
+    FE_ViewPosition& view = position.view[number - 1];
+
+    // The absolute call reaches only the ends of the wall's zoom range and leaves out the fourth
+    // view of the quad, so the zoom is set as a position and then kept.
+    fishEye_.LmFEGetPosition(kSlot, &position);
+    view.nZoom = short(zoom.widest + aim.zoom / 100 * (zoom.closest - zoom.widest));
+    fishEye_.LmFESetPosition(kSlot, &position);
+
+    double pan = aim.pan;
+    if (!wall) pan = std::fmod(pan - addedPan(setup_.view, number) + 720, 360);
+    fishEye_.SetAbsolutePTZ(kSlot, rounded(pan * 10), rounded(aim.tilt * 10), -1,
+                            static_cast<unsigned short>(number));
     if (wall) {
-        // The absolute call reaches only the two ends of the wall's zoom range, so the zoom is set
-        // as a position and then kept.
-        FE_CurPosParams position{};
+        // Two views of the wall take an absolute pan for one of the ceiling.
         fishEye_.LmFEGetPosition(kSlot, &position);
-        position.view[0].nZoom = rounded(10 + aim.zoom * 0.6);
+        view.nPan = rounded(aim.pan * 4);
         fishEye_.LmFESetPosition(kSlot, &position);
-        zoom = -1;
     }
-    fishEye_.SetAbsolutePTZ(kSlot, rounded(pan * 10), rounded(aim.tilt * 10), zoom, kSubView);
+}
+
+void Dewarper::turnPanorama()
+{
+    FE_CurPosParams position{};
+    fishEye_.LmFEGetPosition(kSlot, &position);
+    position.n180Pos = setup_.panoOffset;
+    fishEye_.LmFESetPosition(kSlot, &position);
+}
+
+bool Dewarper::turnsOver() const
+{
+    return setup_.upright && setup_.view == View::half180 && setup_.mount == Mount::ceiling;
 }
 
 Image Dewarper::dewarp(const Image& input)
@@ -142,6 +186,10 @@ void Dewarper::feed(const Frame420& input)
 
 void Dewarper::process()
 {
+    // Views 3 and 4 of the quad share one table, which only a set-up frame builds for each in turn;
+    // outside the single view a pan alone builds no table.
+    if (setup_.view == View::quad || aimed_) m_FEDSP[kSlot]->m_bSetup = 1;
+    aimed_ = false;
     check("the frame",
           VideoInput(kSlot, in_.data(), out_.data(), setup_.input.width, setup_.input.height,
                      libraryFormat(setup_.format), setup_.format == PixelFormat::rgb));
@@ -151,7 +199,7 @@ Image Dewarper::resultRgb() const
 {
     Image image(setup_.output);
     // On these mountings the library turns the finished view over for the 4:2:0 formats only.
-    if (setup_.mount == Mount::ceiling)
+    if (setup_.mount == Mount::ceiling && !turnsOver())
         image.bytes = out_;
     else
         copyUpsideDown(out_.data(), image.bytes.data(), 3 * setup_.output.width,
@@ -167,7 +215,7 @@ Frame420 Dewarper::result420() const
         separateChroma(out_.data(), frame.bytes.data(), setup_.output);
     else
         frame.bytes = out_;
-    return frame;
+    return turnsOver() ? upsideDown(frame) : frame;
 }
 
 } // namespace lumofe

@@ -2,18 +2,14 @@
 #ifndef LUMOFE_TOOLS_DEWARPER_H
 #define LUMOFE_TOOLS_DEWARPER_H
 
-#include "Mounting.h"
+#include "Layout.h"
 #include "media/Image.h"
 
 #include <LumoFESDK.h>
+#include <span>
 #include <vector>
 
 namespace lumofe {
-
-// The values are those of FE_ViewParams::nViewMode.
-enum class View { single = 8 };
-
-enum class PixelFormat { nv12, yv12, rgb };
 
 // The fisheye circle in the input, pixels: x from the left, y from the top.
 struct Circle {
@@ -29,6 +25,8 @@ struct DewarperSetup {
     View view = View::single;
     Mount mount = Mount::ceiling;
     PixelFormat format = PixelFormat::nv12; // what the library is fed
+    int panoOffset = 0;                     // 180 only: turns the unwrap, degrees clockwise
+    bool upright = true;                    // turns over what the library leaves upside down
 };
 
 // Occupies slot 0: at most one object at a time. Every failure of the library becomes an Error.
@@ -36,8 +34,11 @@ class Dewarper {
 public:
     explicit Dewarper(const DewarperSetup& setup);
 
-    // Steers the view; holds from the next frame on. The aim must be in the mounting's range.
-    void aim(const Aim& aim);
+    // Steers the layout's views, one aim for each; holds from the next frame on. The aims must be
+    // in the mounting's range. On ceiling and floor a pan of 0 looks to the top of the raw picture,
+    // in the single view 22.5 degrees clockwise of it.
+    void aim(std::span<const Aim> aims);
+    void aim(const Aim& aim) { this->aim({&aim, 1}); }
 
     // Dewarps a picture of the set-up's input size. Converts to and from the fed format as needed.
     Image dewarp(const Image& input);
@@ -54,6 +55,9 @@ private:
         Slot& operator=(const Slot&) = delete;
     };
 
+    void steer(const Aim& aim, int number);
+    void turnPanorama();
+    bool turnsOver() const;
     void feed(const Image& input);
     void feed(const Frame420& input);
     void process();
@@ -65,6 +69,7 @@ private:
     IFishEye fishEye_;
     std::vector<std::uint8_t> in_; // in the library's layout
     std::vector<std::uint8_t> out_;
+    bool aimed_ = false; // since the last frame
 };
 
 } // namespace lumofe

@@ -18,13 +18,14 @@ constexpr MountRule kRules[] = {
 };
 // clang-format on
 
-void checkRange(const char* option, double value, double low, double high, const std::string& where)
+void checkRange(const std::string& option, double value, double low, double high,
+                const std::string& where)
 {
     // Written so that a NaN fails.
     if (value >= low && value <= high) return;
     char text[64];
     std::snprintf(text, sizeof text, ": %g is outside %g to %g", value, low, high);
-    throw Error(option + (text + where));
+    throw Error(option + text + where);
 }
 
 } // namespace
@@ -34,13 +35,13 @@ const MountRule& mountRule(Mount mount)
     return kRules[std::size_t(mount)];
 }
 
-void checkAim(const Aim& aim, Mount mount)
+void checkAim(const Aim& aim, Mount mount, const std::string& option)
 {
     const MountRule& rule = mountRule(mount);
     const std::string where = std::string(" degrees, the range of --mount ") + rule.name;
-    checkRange("--pan", aim.pan, rule.panMin, rule.panMax, where);
-    checkRange("--tilt", aim.tilt, rule.tiltMin, rule.tiltMax, where);
-    checkRange("--zoom", aim.zoom, 0, 100, " percent");
+    checkRange(option + "pan", aim.pan, rule.panMin, rule.panMax, where);
+    checkRange(option + "tilt", aim.tilt, rule.tiltMin, rule.tiltMax, where);
+    checkRange(option + "zoom", aim.zoom, 0, 100, " percent");
 }
 
 } // namespace lumofe

@@ -2,6 +2,8 @@
 #ifndef LUMOFE_TOOLS_MOUNTING_H
 #define LUMOFE_TOOLS_MOUNTING_H
 
+#include <string>
+
 namespace lumofe {
 
 // The values are those of FE_ViewParams::nCamPos.
@@ -25,8 +27,9 @@ struct MountRule {
 
 const MountRule& mountRule(Mount mount);
 
-// Throws Error, naming the option, for an aim outside the mounting's range.
-void checkAim(const Aim& aim, Mount mount);
+// Throws Error, naming the option, for an aim outside the mounting's range. `option` stands before
+// each of its three names.
+void checkAim(const Aim& aim, Mount mount, const std::string& option = "--");
 
 } // namespace lumofe
 

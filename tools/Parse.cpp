@@ -20,7 +20,8 @@ constexpr int kMinRadius = 16, kMaxRadius = 4096;
 template <class Value>
 using Choice = std::pair<const char*, Value>;
 
-constexpr Choice<View> kViews[] = {{"single", View::single}};
+constexpr Choice<View> kViews[] = {
+    {"single", View::single}, {"quad", View::quad}, {"360", View::ptz360}, {"180", View::half180}};
 constexpr Choice<Mount> kMounts[] = {
     {"ceiling", Mount::ceiling}, {"wall", Mount::wall}, {"floor", Mount::floor}};
 constexpr Choice<PixelFormat> kFormats[] = {
@@ -34,8 +35,7 @@ Value choose(const char* option, const std::string& text, const Choice<Value> (&
         if (text == name) return value;
         names.append(names.empty() ? "" : ", ").append(name);
     }
-    throw Error(std::string(option) + ": '" + text + "' is unknown; choose " +
-                (count > 1 ? "one of " : "") + names);
+    throw Error(std::string(option) + ": '" + text + "' is unknown; choose one of " + names);
 }
 
 // Splits text into count numbers. False unless it is exactly that.
@@ -81,6 +81,14 @@ Size parseSize(const std::string& text)
     if (!within(v[0], kMinSide, kMaxSide) || !within(v[1], kMinSide, kMaxSide))
         throw Error("--size: '" + text + "' is out of range; both sides take 16 to 4096 pixels");
     return {int(v[0]), int(v[1])};
+}
+
+Aim parsePtz(const std::string& text)
+{
+    std::array<double, 3> v{};
+    if (!splitNumbers(text, ',', v))
+        throw Error("--ptz: '" + text + "' is not pan,tilt,zoom; write for example 90,60,0");
+    return {v[0], v[1], v[2]};
 }
 
 View parseView(const std::string& text)

@@ -16,6 +16,9 @@ Circle parseCircle(const std::string& text);
 // "WxH" in pixels, each from 16 to 4096.
 Size parseSize(const std::string& text);
 
+// "pan,tilt,zoom" in degrees and percent, decimals allowed; any range.
+Aim parsePtz(const std::string& text);
+
 View parseView(const std::string& text);
 Mount parseMount(const std::string& text);
 PixelFormat parsePixelFormat(const std::string& text);

@@ -21,6 +21,7 @@ namespace lumofe {
 namespace {
 
 constexpr std::size_t kMaxImageFile = std::size_t(256) << 20;
+constexpr const char* kStillTags = " F25:1 Ip A1:1 C420jpeg XCOLORRANGE=FULL";
 
 // A line on standard error that counts frames, if somebody is there to watch.
 class Progress {
@@ -51,22 +52,13 @@ private:
     long frames_ = 0;
 };
 
+// A note for each thing that will not be as asked for.
 DewarperSetup setupFor(const RenderOptions& options, Size input, bool video)
 {
-    DewarperSetup setup;
-    setup.input = input;
-    setup.output = options.size.value_or(defaultOutputSize(input));
-    setup.circle = options.circle.value_or(
-        Circle{input.width / 2, input.height / 2, std::min(input.width, input.height) / 2});
-    setup.view = options.view;
-    setup.mount = options.mount;
-    setup.format = options.format;
-    if (setup.circle.x >= input.width || setup.circle.y >= input.height)
-        throw Error("--circle: the centre is outside the " + std::to_string(input.width) + "x" +
-                    std::to_string(input.height) + " input; give it in input pixels");
-    if (evenSize(setup.output) != setup.output && (video || setup.format != PixelFormat::rgb))
-        throw Error("--size: 4:2:0 needs an even width and height; choose even numbers");
-    return setup;
+    const RenderPlan plan = planFor(options, input, video);
+    for (const std::string& note : plan.notes)
+        std::fprintf(stderr, "lumofe: note: %s\n", note.c_str());
+    return plan.setup;
 }
 
 void printMedianTime(Dewarper& dewarper, int frames)
@@ -79,18 +71,17 @@ void printMedianTime(Dewarper& dewarper, int frames)
     std::fprintf(stderr, "median of %d frames: %.3f ms\n", frames, *middle);
 }
 
-void renderStill(const RenderOptions& options, const Aim& aim, InputStream& input, OutputKind kind,
-                 int ownOutput)
+void renderStill(const RenderOptions& options, InputStream& input, OutputKind kind, int ownOutput)
 {
     const Image picture = cropToEven(decodeImage(input.readAll(kMaxImageFile), input.name()));
     const bool video = kind == OutputKind::video;
     Dewarper dewarper(setupFor(options, picture.size, video));
-    dewarper.aim(aim);
+    dewarper.aim(aimsFor(options));
     const Image result = dewarper.dewarp(picture);
 
     OutputFile output(options.output, ownOutput);
     if (video) {
-        Y4mWriter writer(output, {result.size, " F25:1 Ip A1:1 C420jpeg XCOLORRANGE=FULL"});
+        Y4mWriter writer(output, {result.size, kStillTags});
         writer.write(toFrame420(result));
     } else {
         const std::vector<std::uint8_t> file = encodeImage(result, imageKind(kind));
@@ -100,19 +91,41 @@ void renderStill(const RenderOptions& options, const Aim& aim, InputStream& inpu
     if (options.timeFrames > 0) printMedianTime(dewarper, options.timeFrames);
 }
 
-void renderVideo(const RenderOptions& options, const Aim& aim, InputStream& input, OutputKind kind,
-                 int ownOutput)
+void renderSweep(const RenderOptions& options, InputStream& input, OutputKind kind, int ownOutput)
+{
+    if (kind != OutputKind::video && kind != OutputKind::sameAsInput)
+        throw Error(options.output +
+                    ": a pan sweep is a video; give an output that ends in .y4m, or -");
+    const Frame420 frame =
+        toFrame420(cropToEven(decodeImage(input.readAll(kMaxImageFile), input.name())));
+    const DewarperSetup setup = setupFor(options, frame.size, true);
+    Dewarper dewarper(setup);
+
+    OutputFile output(options.output, ownOutput);
+    Y4mWriter writer(output, {setup.output, kStillTags});
+    Progress progress;
+    for (int number = 0; number < *options.frames; ++number) {
+        dewarper.aim(sweptAim(options, number));
+        writer.write(dewarper.dewarp(frame));
+        progress.frameDone();
+    }
+    progress.finish();
+    output.commit();
+}
+
+void renderVideo(const RenderOptions& options, InputStream& input, OutputKind kind, int ownOutput)
 {
     if (kind != OutputKind::video && kind != OutputKind::sameAsInput)
         throw Error(options.output + ": " + input.name() +
                     " is a video; give an output that ends in .y4m, or -");
     if (options.timeFrames > 0) throw Error("--time: needs a still picture as input");
+    if (options.panSweep) throw Error("--pan-sweep: needs a still picture as input");
 
     Y4mReader reader(input);
     Frame420 frame(reader.header().size);
     const DewarperSetup setup = setupFor(options, evenSize(frame.size), true);
     Dewarper dewarper(setup);
-    dewarper.aim(aim);
+    dewarper.aim(aimsFor(options));
 
     OutputFile output(options.output, ownOutput);
     Y4mWriter writer(output, {setup.output, reader.header().tags});
@@ -131,28 +144,19 @@ void renderVideo(const RenderOptions& options, const Aim& aim, InputStream& inpu
 
 } // namespace
 
-Size defaultOutputSize(Size input)
-{
-    // Multiples of 4 in the ratio 4:3 are multiples of 16 by 12.
-    const int units = std::min(input.width / 16, input.height / 12);
-    return {16 * units, 12 * units};
-}
-
 void runRender(const RenderOptions& options)
 {
     const OutputKind kind = outputKind(options.output);
-    const Aim aim{options.pan, options.tilt.value_or(mountRule(options.mount).defaultTilt),
-                  options.zoom};
-    checkAim(aim, options.mount);
+    checkOptions(options);
 
     // First, so that no file takes the place of a closed standard output.
     const LibraryOutput libraryOutput(options.verbose ? LibraryOutput::Target::standardError
                                                       : LibraryOutput::Target::discard);
     InputStream input(options.input);
-    if (input.startsWith(kY4mMagic))
-        renderVideo(options, aim, input, kind, libraryOutput.ownOutput());
-    else
-        renderStill(options, aim, input, kind, libraryOutput.ownOutput());
+    const auto render = input.startsWith(kY4mMagic) ? renderVideo
+                        : options.panSweep          ? renderSweep
+                                                    : renderStill;
+    render(options, input, kind, libraryOutput.ownOutput());
 }
 
 } // namespace lumofe

@@ -100,7 +100,7 @@ TEST_F(CliTest, BadOptionsAreRefusedByName)
     expectOptionRefused({"--zoom", "101"}, {"--zoom", "0 to 100"});
     expectOptionRefused({"--zoom", "nan"}, {"--zoom"});
     expectOptionRefused({"--mount", "roof"}, {"--mount", "ceiling, wall, floor"});
-    expectOptionRefused({"--view", "quadd"}, {"--view", "single"});
+    expectOptionRefused({"--view", "quadd"}, {"--view", "single, quad, 360, 180"});
     expectOptionRefused({"--format", "yuyv"}, {"--format", "nv12, yv12, rgb"});
     expectOptionRefused({"--size", "800"}, {"--size", "800x600"});
     expectOptionRefused({"--size", "401x300"}, {"--size", "even"});

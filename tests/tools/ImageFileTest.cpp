@@ -94,5 +94,15 @@ TEST(ImageFile, SizesOutsideTheLibrarysRangeAreRefused)
     EXPECT_EQ(errorOf([] { checkInputSize({4096, 4096}, "x"); }), "");
 }
 
+TEST(ImageFile, SmallerPicturesAreTakenOnRequest)
+{
+    const Bytes file = encodeImage(Image({5, 3}), ImageKind::png);
+    EXPECT_EQ(decodeImage(file, "x.png", {5, 3}).size, (Size{5, 3}));
+    EXPECT_EQ(errorOf([&] {
+                  decodeImage(file, "x.png", {5, 4});
+              }),
+              "x.png: 5x3 is outside 5x4 to 4096x4096; scale it first");
+}
+
 } // namespace
 } // namespace lumofe

@@ -42,6 +42,10 @@ TEST(Mounting, RangesDependOnTheMount)
                   checkAim({0, 0, 100.5}, Mount::wall);
               }),
               "--zoom: 100.5 is outside 0 to 100 percent");
+    EXPECT_EQ(errorOf([] {
+                  checkAim({91, 0, 0}, Mount::wall, "--ptz 3, ");
+              }),
+              "--ptz 3, pan: 91 is outside -90 to 90 degrees, the range of --mount wall");
     constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
     EXPECT_NE(errorOf([] { checkAim({kNan, 0, 0}, Mount::wall); }), "");
     EXPECT_NE(errorOf([] { checkAim({0, kNan, 0}, Mount::wall); }), "");

@@ -38,9 +38,27 @@ TEST(Parse, BadSizesNameTheOption)
         EXPECT_EQ(errorOf([&] { parseSize(text); }).rfind("--size: ", 0), 0u) << text;
 }
 
+TEST(Parse, PtzIsPanThenTiltThenZoom)
+{
+    const Aim aim = parsePtz("-22.5,60,12.5");
+    EXPECT_EQ(aim.pan, -22.5);
+    EXPECT_EQ(aim.tilt, 60);
+    EXPECT_EQ(aim.zoom, 12.5);
+}
+
+TEST(Parse, BadPtzNamesTheOption)
+{
+    for (const char* text : {"", "1", "1,2", "1,2,", "1,2,3,4", "a,2,3", "1, 2,3", "1;2;3",
+                             "nan,2,3", "1,inf,3", "1e999,2,3"})
+        EXPECT_EQ(errorOf([&] { parsePtz(text); }).rfind("--ptz: ", 0), 0u) << text;
+}
+
 TEST(Parse, NamesAreMapped)
 {
     EXPECT_EQ(parseView("single"), View::single);
+    EXPECT_EQ(parseView("quad"), View::quad);
+    EXPECT_EQ(parseView("360"), View::ptz360);
+    EXPECT_EQ(parseView("180"), View::half180);
     EXPECT_EQ(parseMount("ceiling"), Mount::ceiling);
     EXPECT_EQ(parseMount("wall"), Mount::wall);
     EXPECT_EQ(parseMount("floor"), Mount::floor);
@@ -51,7 +69,8 @@ TEST(Parse, NamesAreMapped)
 
 TEST(Parse, UnknownNamesListTheChoices)
 {
-    EXPECT_EQ(errorOf([] { parseView("round"); }), "--view: 'round' is unknown; choose single");
+    EXPECT_EQ(errorOf([] { parseView("round"); }),
+              "--view: 'round' is unknown; choose one of single, quad, 360, 180");
     EXPECT_EQ(errorOf([] { parseMount("roof"); }),
               "--mount: 'roof' is unknown; choose one of ceiling, wall, floor");
     EXPECT_EQ(errorOf([] { parsePixelFormat(""); }),

@@ -119,6 +119,15 @@ TEST(Pixels, RowsAreReversed)
     EXPECT_EQ(turned, (Bytes{5, 6, 3, 4, 1, 2}));
 }
 
+TEST(Pixels, AFrameIsTurnedPlaneByPlane)
+{
+    Frame420 frame({2, 4});
+    for (std::size_t i = 0; i < frame.bytes.size(); ++i)
+        frame.bytes[i] = std::uint8_t(i);
+    // Luma 2 x 4, chroma 1 x 2 at 8 and at 10.
+    EXPECT_EQ(upsideDown(frame).bytes, (Bytes{6, 7, 4, 5, 2, 3, 0, 1, 9, 8, 11, 10}));
+}
+
 TEST(Pixels, RedAndBlueAreExchanged)
 {
     Image image = filled({2, 1}, 1, 2, 3);

@@ -1,14 +1,7 @@
 // Compares views of the test scene with what an ideal pinhole camera would see of it.
-//
-// A single view is a pinhole picture: its pixels lie on a plane of kPlaneScale pixels' pitch, and
-// the tilt divides each row by a number that grows linearly down the view. The position fields that
-// the library reports say by how much. Everything else here is geometry of the room: the view looks
-// towards a wall, and is upright for a person who faces it.
 #include "Dewarper.h"
-#include "ToolTestSupport.h"
-#include "scene/Camera.h"
+#include "IdealView.h"
 
-#include <algorithm>
 #include <cmath>
 #include <gtest/gtest.h>
 #include <iterator>
@@ -18,13 +11,12 @@
 namespace lumofe {
 namespace {
 
-using test::cross;
 using test::dot;
-
-constexpr int kRadius = 640;
-constexpr double kPlaneScale = 0.5625; // plane pixels per pixel of the viewed area
-constexpr double kDepth = kRadius / (5.67139 * 1.115007); // plane distance, plane pixels
-constexpr Vec3 kUp{0, 0, 1};
+using test::facingAt;
+using test::kRadius;
+using test::kWalls;
+using test::mirrored;
+using test::upsideDown;
 
 struct View4x3 {
     Image picture;
@@ -57,58 +49,9 @@ double panTowards(Mount mount, Vec3 direction)
     return clockwise * 180 / std::numbers::pi - 22.5;
 }
 
-// What a pinhole camera in the scene's camera position sees with these position fields, upright for
-// a person who faces the given way. The 1 is a shift of the library's views by one plane pixel.
 Image ideal(Mount mount, Vec3 facing, Size size, const FE_ViewPosition& position, double scale = 1)
 {
-    // The lens answers in the world's axes: this camera's right, down and forward.
-    const Camera world{cameraFor(mount).position, kUp, {1, 0, 0}, {0, -1, 0}};
-    const Vec3 axis = cameraFor(mount).forward;
-    const Vec3 rightHand = cross(facing, kUp);
-    const bool turned = mount != Mount::ceiling; // these views are built turned by half a turn
-    const double margin = mount == Mount::wall ? position.nZoom : 0;
-    const double areaW = 800 - 8 * margin, areaH = 600 - 6 * margin;
-    const double w = size.width, h = size.height;
-    const Lens lens = [=](double column, double row) -> std::optional<Vec3> {
-        const double j = turned ? w - 1 - column : column;
-        const double i = turned ? h - 1 - row : row;
-        const double right = ((j / w - 0.5) * areaW) * kPlaneScale - 1;
-        const double below = ((i / h - 0.5) * areaH - position.nAux) * kPlaneScale;
-        const double depth = (1 - (0.5 - i / h) * areaH / 300 * position.nTilt / 45) * kDepth;
-        Vec3 v = axis * (depth * scale);
-        if (mount == Mount::wall)
-            v = v + rightHand * -right + kUp * below;
-        else
-            v = v + rightHand * (turned ? -right : right) + facing * -below;
-        return Vec3{v.x, -v.y, v.z};
-    };
-    return renderPicture(Room(), world, lens, size);
-}
-
-Image mirrored(Image image)
-{
-    for (int y = 0; y < image.size.height; ++y)
-        for (int x = 0; x < image.size.width / 2; ++x)
-            std::swap_ranges(image.pixel(x, y), image.pixel(x, y) + 3,
-                             image.pixel(image.size.width - 1 - x, y));
-    return image;
-}
-
-Image upsideDown(Image image)
-{
-    const auto rowBytes = std::ptrdiff_t(3) * image.size.width;
-    for (int y = 0; y < image.size.height / 2; ++y)
-        std::swap_ranges(image.pixel(0, y), image.pixel(0, y) + rowBytes,
-                         image.pixel(0, image.size.height - 1 - y));
-    return image;
-}
-
-constexpr Vec3 kWalls[] = {{0, 1, 0}, {1, 0, 0}, {0, -1, 0}, {-1, 0, 0}}; // N, E, S, W
-
-Vec3 facingAt(double degrees) // clockwise from north
-{
-    const double a = degrees * std::numbers::pi / 180;
-    return {std::sin(a), std::cos(a), 0};
+    return test::idealView(mount, facing, size, position, test::kSinglePlane, scale);
 }
 
 TEST(RenderScene, StraightDownIsAnIdealPinholePicture)

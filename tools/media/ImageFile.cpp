@@ -19,16 +19,17 @@ void append(void* context, void* data, int size)
 
 } // namespace
 
-void checkInputSize(Size size, const std::string& name)
+void checkInputSize(Size size, const std::string& name, Size smallest)
 {
-    if (size.width >= kSmallestInput.width && size.width <= kLargestInput.width &&
-        size.height >= kSmallestInput.height && size.height <= kLargestInput.height)
+    if (size.width >= smallest.width && size.width <= kLargestInput.width &&
+        size.height >= smallest.height && size.height <= kLargestInput.height)
         return;
     throw Error(name + ": " + std::to_string(size.width) + "x" + std::to_string(size.height) +
-                " is outside 320x240 to 4096x4096; scale it first");
+                " is outside " + std::to_string(smallest.width) + "x" +
+                std::to_string(smallest.height) + " to 4096x4096; scale it first");
 }
 
-Image decodeImage(const std::vector<std::uint8_t>& file, const std::string& name)
+Image decodeImage(const std::vector<std::uint8_t>& file, const std::string& name, Size smallest)
 {
     if (file.empty()) throw Error(name + ": is empty; give a picture or a Y4M video");
     const int bytes = int(file.size());
@@ -36,7 +37,7 @@ Image decodeImage(const std::vector<std::uint8_t>& file, const std::string& name
     int channels = 0;
     if (!stbi_info_from_memory(file.data(), bytes, &size.width, &size.height, &channels))
         throw Error(name + ": is neither PNG, JPEG or BMP nor YUV4MPEG2 video; convert it first");
-    checkInputSize(size, name);
+    checkInputSize(size, name, smallest);
 
     const std::unique_ptr<stbi_uc, void (*)(void*)> pixels(
         stbi_load_from_memory(file.data(), bytes, &size.width, &size.height, &channels, 3),

@@ -12,15 +12,16 @@ namespace lumofe {
 enum class ImageKind { png, jpeg, bmp };
 
 // Decodes a picture by its content; a fourth channel is dropped. name stands for the file in
-// messages. Throws Error for anything that is not a picture, and before decoding for a picture of a
-// size that the library does not take.
-Image decodeImage(const std::vector<std::uint8_t>& file, const std::string& name);
+// messages. Throws Error for anything that is not a picture, and before decoding for one that is
+// smaller or larger than the library takes as input, or than the given smallest size.
+Image decodeImage(const std::vector<std::uint8_t>& file, const std::string& name,
+                  Size smallest = kSmallestInput);
 
 // JPEG files get quality 95.
 std::vector<std::uint8_t> encodeImage(const Image& image, ImageKind kind);
 
-// The size and what to do about it, when the library does not take it as input; otherwise nothing.
-void checkInputSize(Size size, const std::string& name);
+// Throws Error, which says what to do, for a size outside these limits.
+void checkInputSize(Size size, const std::string& name, Size smallest = kSmallestInput);
 
 } // namespace lumofe
 

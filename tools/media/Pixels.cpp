@@ -146,6 +146,16 @@ void copyUpsideDown(const std::uint8_t* src, std::uint8_t* dst, int rowBytes, in
                     src + std::ptrdiff_t(y) * rowBytes, std::size_t(rowBytes));
 }
 
+Frame420 upsideDown(const Frame420& frame)
+{
+    Frame420 out(frame.size);
+    for (int p = 0; p < 3; ++p) {
+        const Size plane = frame.planeSize(p);
+        copyUpsideDown(frame.plane(p), out.plane(p), plane.width, plane.height);
+    }
+    return out;
+}
+
 void exchangeRedAndBlue(Image& image)
 {
     for (std::size_t i = 0; i + 2 < image.bytes.size(); i += 3)
