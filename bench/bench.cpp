@@ -72,6 +72,16 @@ int main(int argc, char** argv)
                      name, ms, ms * 1e6 / kPixels, 1000 / ms);
     }
 
+    for (auto [name, mode] : {std::pair{"quad", 1}, {"360", 2}, {"180", 4}}) {
+        view.nViewMode = static_cast<unsigned short>(mode);
+        ParamsUpdated(0, &event, &view);
+        feed(FORMAT_NV12);
+        const double ms = medianMs(rounds, [&] { feed(FORMAT_NV12); });
+        std::fprintf(out,
+                     "%-4s layout, whole frame, nv12   %7.2f ms  %5.2f ns/pixel  %6.1f frames/s\n",
+                     name, ms, ms * 1e6 / kPixels, 1000 / ms);
+    }
+
     FEDSP& engine = *m_FEDSP[0];
     const double table = medianMs(rounds, [&] {
         engine.Fisheye_calibration_Init_byArea(kIn / 2, kIn / 2, kIn / 2, kIn / 2,

@@ -85,7 +85,7 @@ TEST_F(LayoutSwitch, AbsolutePositionsGoToTheLayoutOfTheLastUpdate)
     EXPECT_EQ(e.m_nQuad1Pan, 0);
 }
 
-TEST_F(LayoutSwitch, EverySwitchStaysInsideItsBuffersOnAwkwardSizes)
+TEST(LayoutSwitchSizes, EverySwitchStaysInsideItsBuffersOnAwkwardSizes)
 {
     struct Case {
         int inW, inH, screenW, screenH;

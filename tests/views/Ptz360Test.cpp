@@ -40,6 +40,10 @@ TEST_F(Ptz360, StepsFollowTheScreensHeight)
         EXPECT_EQ(overFrames(tilt, 3), (Values{25, 5, 0}));
         EXPECT_EQ(e.*aux, 0);
     }
+}
+
+TEST(Ptz360Sizes, HigherScreensMoveTheOffsetFurther)
+{
     LayoutSlot high(1280, 1024, 800, 1000);
     high.slot.update(2, 0, 1, 0, -10);
     high.e.m_nRadius = 1000;

@@ -439,6 +439,10 @@ TEST(QuadSizes, WideInputsGrowTheRadiusFaster)
     const std::string text = wide.printed();
     EXPECT_EQ(printedNumber(text, "Lr[", 0), 540 + 40); // 10 * 1.2 * 1.5^3 = 40.5
     EXPECT_EQ(printedNumber(text, "Lr[", 2), 540 + 40);
+}
+
+TEST(QuadSizes, LargeInputsGrowTheRadiusByThreeAStep)
+{
     LayoutSlot large(2560, 1080, 800, 600);
     large.slot.update(1, 0);
     large.e.m_nQuad2Zoom = 10;
