@@ -191,3 +191,24 @@ TEST_F(Ptz360, TheRightViewLosesItsLastColumn)
         ASSERT_EQ(out[y * 800 + 799], view[y * 400 + 398]);
     }
 }
+
+TEST_F(Ptz360, BandsComposeWithTheLastOne)
+{
+    steer(0, 0, 0, 0);
+    frame();
+    const Bytes whole = out.bytes();
+    OutputFrame banded(800, 600);
+    const Bytes untouched = banded.bytes();
+    for (int line = 0; line < 388; line += 64) {
+        EXPECT_EQ(banded.bytes(), untouched);
+        e.m_nLineIndex = line;
+        EXPECT_EQ(e.AccessCtr_FE360PTZ(e.m_pStaged, banded.data(), 1280, 1024, 800, 600),
+                  line + 64 >= 388);
+    }
+    for (std::size_t i = 0; i < 388 * 800; ++i)
+        ASSERT_TRUE(i % 800 == 400 || banded[i] == whole[i]) << i;
+    for (std::size_t i = 480000; i < 480000 + 194 * 800; i += 2) {
+        ASSERT_EQ(banded[i], whole[i + 1]); // the band kernel exchanges the chroma bytes
+        ASSERT_EQ(banded[i + 1], whole[i]);
+    }
+}

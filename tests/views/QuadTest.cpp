@@ -395,6 +395,21 @@ TEST_F(Quad, UnknownFormatsComposeWhatTheViewImageHeld)
     EXPECT_EQ(out[300 * 800 + 700], 99);
 }
 
+TEST_F(Quad, PackedFramesAreComposedInTheirLumaBytesOnly)
+{
+    steer(0, 0, 0, 0);
+    Bytes rgb(1280 * 1024 * 3, 50);
+    OutputFrame packed(800, 600, FORMAT_RGB);
+    EXPECT_EQ(occurrences(printedBy([&] { slot.frame(rgb, packed, FORMAT_RGB, true); }), "Tick"),
+              0);
+    EXPECT_EQ(packed[0], 50);
+    EXPECT_EQ(packed[479999], 50);
+    // Then the last quadrant's spilled byte, what the set-up cleared, and what nobody touched.
+    EXPECT_EQ(packed[480000], 50);
+    for (std::size_t i = 480001; i < packed.size(); ++i)
+        ASSERT_EQ(packed[i], i < 720000 ? 128 : 0xA5) << i;
+}
+
 TEST_F(Quad, BandsComposeWithTheLastOne)
 {
     steer(0, 0, 0, 0);
