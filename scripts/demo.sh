@@ -28,6 +28,14 @@ for mount in ceiling wall floor; do
         set -- "$@" --caption "$mount: --view $view, ${time##*: }" "$picture"
     done
 done
+# The single view of the camera on the ceiling, steered around.
+for aim in "67.5 70" "157.5 70" "247.5 70" "0 0" "112.5 40"; do
+    pan=${aim% *} tilt=${aim#* }
+    picture=out/ceiling-single-pan$pan-tilt$tilt.png
+    time=$($lumofe render out/scene-ceiling.png -o "$picture" --pan "$pan" --tilt "$tilt" --time 15 2>&1)
+    echo "$picture: $time"
+    set -- "$@" --caption "single, pan $pan, tilt $tilt" "$picture"
+done
 $lumofe sheet out/contact-sheet.png --columns 5 --width 384 "$@"
 echo "out/contact-sheet.png: all of them"
 
