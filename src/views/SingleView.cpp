@@ -5,6 +5,7 @@
 #include "views/PackedTable.h"
 #include "views/ViewRules.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace {
@@ -40,15 +41,36 @@ void mapWholeFrame(FEDSP& e, unsigned char* in, unsigned char* out, int* table, 
     }
 }
 
+// Copies what a band kernel wrote for rows first to last - 1 of an image, as far as it belongs to
+// the frame: of odd sizes the kernels write more chroma than a frame holds.
+void copyBand(const FEDSP& e, unsigned char* out, int width, int height, int first, int last)
+{
+    const std::size_t w = std::size_t(width), luma = w * std::size_t(height);
+    const auto copy = [&](std::size_t begin, std::size_t end) {
+        end = std::min(end, luma + luma / 2);
+        if (begin < end) std::memcpy(out + begin, e.m_pViewImage + begin, end - begin);
+    };
+    const std::size_t rowBytes = e.m_nFormat == FORMAT_YV12 ? w / 2 : w;
+    const std::size_t chromaEnd = std::size_t(std::min(last, (height + 1) / 2));
+    copy(std::size_t(first) * w, std::size_t(last) * w);
+    copy(luma + std::size_t(first) * rowBytes, luma + chromaEnd * rowBytes + w % 2);
+}
+
 // Maps one band and returns the number of lines done.
 int mapBand(FEDSP& e, unsigned char* in, unsigned char* out, int width, int height)
 {
-    const bool flipped = e.m_nFormat != FORMAT_RGB && e.m_nCamPos != 0;
-    const int lines = e.FCMapping_line(e.m_nFormat, in, flipped ? e.m_pViewImage : out,
+    const bool packed = e.m_nFormat == FORMAT_RGB;
+    const bool flipped = !packed && e.m_nCamPos != 0;
+    const bool odd = !packed && (width % 2 != 0 || height % 2 != 0);
+    const int lines = e.FCMapping_line(e.m_nFormat, in, flipped || odd ? e.m_pViewImage : out,
                                        e.m_pMapTable, e.m_nInputW, e.m_nInputH, width, height,
                                        e.m_FishSetting.bEnabled != 0, e.m_nLineIndex);
-    if (flipped && (e.m_nLineIndex >= height - 1 || lines == height))
-        e.TransferButtomToUpPlanar(e.m_pViewImage, out, width, height, true);
+    if (flipped) {
+        if (e.m_nLineIndex >= height - 1 || lines == height)
+            e.TransferButtomToUpPlanar(e.m_pViewImage, out, width, height, true);
+    } else if (odd && lines > e.m_nLineIndex) {
+        copyBand(e, out, width, height, e.m_nLineIndex, lines);
+    }
     return lines;
 }
 

@@ -153,7 +153,7 @@ TEST_F(Quad12, View2TiltMayPassItsLimitByOneStep)
     EXPECT_EQ(overFrames(&FEDSP::m_nQuad2Tilt, 3), (Values{50, 45, 55}));
 }
 
-TEST_F(Quad12, View2KeepsTheSetUpFramesLimitOnTheCeilingOnly)
+TEST_F(Quad12, View2sOffsetIsLimitedOnTheCeilingOnly)
 {
     steer(0, 2, 0, -10);
     EXPECT_EQ(overFrames(&FEDSP::m_nQuad2Aux, 8), (Values{8, 16, 24, 32, 40, 48, 49, 49}));

@@ -67,3 +67,26 @@ TEST(SingleViewFormats, AConstantRgbFrameComesOutWithRedAndBlueExchanged)
         ASSERT_EQ(out[i + 2], 10);
     }
 }
+
+TEST(SingleViewBands, OfOddSizesStayInTheFrameAndHoldTheKernelsBytes)
+{
+    for (auto [w, h] : {std::pair{319, 239}, {320, 239}, {319, 240}})
+        for (FORMAT format : {FORMAT_NV12, FORMAT_YV12}) {
+            TestSlot slot(640, 480, w, h);
+            FEDSP& e = slot.engine();
+            slot.update(8, 0);
+            Bytes in = patternFrame(640, 480, format);
+            OutputFrame out(w, h), room(w + 8, h + 8);
+            slot.frame(in, out, format);
+            out = OutputFrame(w, h);
+            for (int line = 0; line < h; line += 64) {
+                e.m_nLineIndex = line;
+                e.AccessCtr_FESingleView(e.m_pStaged, out.data(), 640, 480, w, h);
+                e.FCMapping_line(format, e.m_pStaged, room.data(), e.m_pMapTable, 640, 480, w, h,
+                                 true, line);
+                EXPECT_TRUE(out.guardsIntact());
+            }
+            EXPECT_TRUE(std::equal(out.data(), out.data() + out.size(), room.data()))
+                << w << "x" << h << " format " << format;
+        }
+}
