@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -62,8 +63,10 @@ int main(int argc, char** argv)
     const auto feed = [&](FORMAT format) {
         VideoInput(0, in.data(), frame.data(), kIn, kIn, format, true);
     };
-    for (auto [name, format] :
+    for (const auto& kind :
          {std::pair{"nv12", FORMAT_NV12}, {"yv12", FORMAT_YV12}, {"rgb", FORMAT_RGB}}) {
+        const char* name = kind.first;
+        const FORMAT format = kind.second;
         m_FEDSP[0]->m_bSetup = 1;
         feed(format);
         const double ms = medianMs(rounds, [&] { feed(format); });

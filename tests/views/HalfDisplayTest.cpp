@@ -29,8 +29,6 @@ protected:
     Bytes img, frame;
 };
 
-constexpr int kImgLuma = kSw * kSh;
-
 } // namespace
 
 TEST_F(HalfDisplay, CeilingHalvesLieOneAboveTheOther)
