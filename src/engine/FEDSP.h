@@ -270,6 +270,54 @@ public:
                              int nInH, int nOutH, int nReserved1, int nReserved2, int nOutW,
                              bool bSetting, int nLine);
 
+    // ---- colour conversions, ITU-R BT.601 studio range; called from nowhere in the library ----
+    //
+    // n stands for nWidth * nHeight. A null pointer, a width below 1 or a height of 0 does nothing.
+    // In the first two, a stride below 1 means rows without padding, and with a negative height
+    // |nHeight| rows are read from the last one in memory upwards and written from the top down.
+
+    // Packed 4:2:2 (Y0 U Y1 V) to packed 24-bit (B G R) in fixed point; full luma gives 254. Of an
+    // odd width the last column is left out. Strides are in bytes.
+    //
+    //   pSrc  of each row nWidth / 2 * 4 bytes are read (nSrcStride 0: rows nWidth * 2 apart)
+    //   pDst  of each row nWidth / 2 * 6 bytes are written (nDstStride 0: rows nWidth * 3 apart)
+    void YUY2_to_RGB24_Normal_c(const unsigned char* pSrc, int nSrcStride, unsigned char* pDst,
+                                int nWidth, int nHeight, int nDstStride);
+
+    // Packed 24-bit (B G R) to packed 4:2:2, components truncated, chroma averaged over the pair.
+    // Pixels go in pairs, so an odd width takes one pixel more from behind each row and adds one.
+    //
+    //   pSrc  of each row (nWidth + 1) / 2 * 6 bytes are read (nSrcStride 0: rows nWidth * 3
+    //         apart). Of an odd width the last row needs 3 bytes more than its pixels
+    //   pDst  of each row (nWidth + 1) / 2 * 4 bytes are written (nDstStride 0: rows nWidth * 2
+    //         apart). Of an odd width the last row needs 2 bytes more than its pixels
+    void RGB24_to_YUY2_Normal_c(unsigned char* pSrc, int nSrcStride, unsigned char* pDst,
+                                int nWidth, int nHeight, int nDstStride);
+
+    // Packed 4:2:2 to packed 4:4:4 (Y U V), both without padding.
+    //
+    //   pSrc  n / 2 * 4 bytes are read
+    //   pDst  n / 2 * 6 bytes are written; of an odd n the last pixel is left out
+    void YUY2_to_YUV444(unsigned char* pSrc, unsigned char* pDst, int nWidth, int nHeight);
+
+    // Semi-planar 4:2:0 (not 4:2:2, as the name has it) to packed 4:4:4. Pixel i takes chroma pair
+    // i / 4, counted through the plane without regard to rows, with its bytes exchanged: NV12
+    // becomes (Y V U).
+    //
+    //   pSrc  n luma bytes and (n + 3) / 4 chroma pairs are read: n * 3 / 2 bytes when n is a
+    //         multiple of 4, else up to 2 bytes more
+    //   pDst  n * 3 bytes are written
+    void YUY2_to_NV12_YUV444(unsigned char* pSrc, unsigned char* pDst, int nWidth, int nHeight);
+
+    // Semi-planar 4:2:0 to pairs of a luma byte and a chroma byte: pixel i takes byte i + 1 of the
+    // chroma plane.
+    //
+    //   pSrc  n * 2 + 1 bytes are read, all but byte n: more than a 4:2:0 frame has. The caller
+    //         provides n / 2 + 1 bytes behind its n * 3 / 2 (one more when n is odd); they end up
+    //         in the output
+    //   pDst  n * 2 bytes are written
+    void YUY2_to_YUV444_NV12(unsigned char* pSrc, unsigned char* pDst, int nWidth, int nHeight);
+
     // ---- frame description ----
 
     unsigned char* m_pInput = nullptr; // caller's frame, only meaningful during a call

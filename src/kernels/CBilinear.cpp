@@ -36,6 +36,11 @@ void walkChroma(const int* table, int outW, int outH, int stride, Take take)
     }
 }
 
+int ticksSince(std::clock_t start)
+{
+    return std::abs(int(start - std::clock()));
+}
+
 // Prints the two timing lines of a kernel.
 class TickLines {
 public:
@@ -45,14 +50,13 @@ public:
     {
         // Kept: nothing counts empty pixels, and the line says so.
         const int emptyPixels = 0;
-        std::printf("%s: luma Tick %i, sum_empty_pixel %i\n", kernel_, ticks(), emptyPixels);
+        std::printf("%s: luma Tick %i, sum_empty_pixel %i\n", kernel_, ticksSince(start_),
+                    emptyPixels);
         start_ = std::clock();
     }
-    void chromaDone() const { std::printf("%s: chroma Tick %i\n", kernel_, ticks()); }
+    void chromaDone() const { std::printf("%s: chroma Tick %i\n", kernel_, ticksSince(start_)); }
 
 private:
-    int ticks() const { return std::abs(int(start_ - std::clock())); }
-
     const char* kernel_;
     std::clock_t start_;
 };
@@ -111,6 +115,30 @@ void CBilinear::Bilinear_YV12_C(unsigned char* pSrc, unsigned char* pDst, int* p
                    [&](std::ptrdiff_t sample) { *dst++ = src[sample]; });
     }
     ticks.chromaDone();
+}
+
+void CBilinear::invBilinear_NV12_C(unsigned char* pSrc, unsigned char* pDst, int* pTbl, int nInW,
+                                   int nInH, int nOutW, int nOutH, FEMM_DATA* pMap)
+{
+    if (!pMap || !canMap(pSrc, pDst, pTbl, nOutW, nOutH, nInW)) return;
+    const std::size_t count = std::size_t(nOutW) * std::size_t(nOutH);
+    const std::clock_t start = std::clock();
+    for (std::size_t k = 0; k < count; ++k) {
+        const MapEntry entry = {pMap[k].fy | std::uint32_t(pMap[k].fx) << 16,
+                                std::int32_t(pMap[k].index)};
+        pDst[k] = Bilinear(entry, 1, nInW)(pSrc + entry.index);
+    }
+    std::printf("%s: Tick %i", "invBilinear_NV12_C", ticksSince(start));
+
+    const unsigned char* src = pSrc + std::ptrdiff_t(nInW) * nInH;
+    unsigned char* dst = pDst + count;
+    walkChroma(pTbl, nOutW, nOutH, nInW, [&](std::ptrdiff_t pair) {
+        dst[0] = src[2 * pair + 1];
+        dst[1] = src[2 * pair];
+        // Kept: whatever the source's chroma is, the picture is grey.
+        std::memset(dst, 0x80, 2);
+        dst += 2;
+    });
 }
 
 void CBilinear::Bilinear_RGB24(unsigned char* pSrc, unsigned char* pDst, int* pTbl, int nInW,

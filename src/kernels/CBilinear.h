@@ -14,6 +14,19 @@
 
 #include "LumoFESDK.h"
 
+// An entry of the fixed map: that of a mapping table, and a third word. 12 bytes.
+struct FEMM_DATA {
+    unsigned short fy;   // vertical fraction, 1/256 pixel: weight of the lower neighbours
+    unsigned short fx;   // horizontal fraction, 1/256 pixel: weight of the right neighbours
+    unsigned int index;  // row * 1280 + column of the top-left source sample
+    unsigned int index2; // 0 .. 1280 * 1024 - 1: the entry's own place in the map; not used
+};
+
+// The fixed map: one entry for each pixel of a 1280 x 1024 picture, row by row, of a source of that
+// size. It looks once around the middle of the fisheye circle; every entry has a source, in rows
+// 127 to 896 and columns 225 to 1053. Hosts may overwrite it.
+extern "C" FE_API FEMM_DATA FMMTbl[1280 * 1024];
+
 // The kernels but Bilinear_RGB24 use no member data; any object will do. In all of them
 //
 //   pSrc         source frame
@@ -56,6 +69,13 @@ public:
                         int nOutW, int nOutH, int nLine);
     int Bilinear_YV12_S(unsigned char* pSrc, unsigned char* pDst, int* pTbl, int nInW, int nInH,
                         int nOutW, int nOutH, int nLine);
+
+    // A 4:2:0 frame with two planes through a map like FMMTbl, in grey: every chroma byte is 128.
+    // The stride is nInW. pTbl, a mapping table of nOutW * nOutH entries, is walked for the chroma,
+    // which is then not used. pMap has nOutW * nOutH entries; null does nothing. Prints one timing
+    // line without a line feed.
+    void invBilinear_NV12_C(unsigned char* pSrc, unsigned char* pDst, int* pTbl, int nInW, int nInH,
+                            int nOutW, int nOutH, FEMM_DATA* pMap);
 
     // Forwards to m_pKernel, Bilinear_NV12_C unless a host changed it, when nOutW is at least 11.
     void Bilinear_RGB24(unsigned char* pSrc, unsigned char* pDst, int* pTbl, int nInW, int nInH,

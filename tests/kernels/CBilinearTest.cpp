@@ -249,3 +249,87 @@ TEST(Rgb24Forwarder, NeedsElevenColumns)
         [&] { k.Bilinear_RGB24(source.data(), out.data(), table.data(), 16, 4, 11, 2, 16); });
     EXPECT_EQ(occurrences(printed, "Bilinear_YV12_C"), 2);
 }
+
+TEST(InverseMap, AConstantPictureStaysConstantAndTurnsGrey)
+{
+    // Every combination of a few fractions, on a source of 16 x 4 pixels and chroma 99.
+    std::vector<FEMM_DATA> map;
+    const unsigned short fractions[] = {0, 1, 128, 255};
+    for (auto fy : fractions)
+        for (auto fx : fractions)
+            map.push_back({fy, fx, unsigned(map.size()) * 2, 0});
+    Table table(16);
+    for (int luma : {0, 1, 127, 255}) {
+        Bytes source(16 * 4 * 3 / 2, 99);
+        std::fill_n(source.begin(), 16 * 4, static_cast<unsigned char>(luma));
+        GuardedBuffer out(16 * 3 / 2);
+        CBilinear().invBilinear_NV12_C(source.data(), out.data(), table.data(), 16, 4, 4, 4,
+                                       map.data());
+        EXPECT_EQ(Bytes(out.data(), out.data() + 16), Bytes(16, static_cast<unsigned char>(luma)));
+        EXPECT_EQ(Bytes(out.data() + 16, out.data() + 24), Bytes(8, 128));
+    }
+}
+
+TEST(InverseMap, SamplesLumaAsTheMappingTableOfTheSameEntriesDoes)
+{
+    Bytes source(32 * 8 * 3 / 2);
+    for (std::size_t i = 0; i < source.size(); ++i)
+        source[i] = static_cast<unsigned char>(i * 37);
+    std::vector<FEMM_DATA> map;
+    Table table(64);
+    for (std::size_t k = 0; k < 64; ++k) {
+        const auto fy = static_cast<unsigned short>(k * 29 % 256);
+        const auto fx = static_cast<unsigned short>(k * 91 % 256);
+        map.push_back({fy, fx, unsigned(k * 3), unsigned(k)});
+        table.set(k, fx, fy, int(k * 3));
+    }
+    Bytes expected(64 * 3 / 2), out(64 * 3 / 2);
+    CBilinear().Bilinear_NV12_C(source.data(), expected.data(), table.data(), 32, 8, 8, 8, 32);
+    CBilinear().invBilinear_NV12_C(source.data(), out.data(), table.data(), 32, 8, 8, 8,
+                                   map.data());
+    std::fill(expected.begin() + 64, expected.end(), static_cast<unsigned char>(128));
+    EXPECT_EQ(out, expected);
+}
+
+TEST(InverseMap, OddSizesHaveAChromaPairForEachSecondPixelOfEachSecondRow)
+{
+    Bytes source(16 * 4 * 3 / 2, 50);
+    std::vector<FEMM_DATA> map(5 * 3);
+    Table table(5 * 3);
+    GuardedBuffer out(5 * 3 + 3 * 2 * 2);
+    CBilinear().invBilinear_NV12_C(source.data(), out.data(), table.data(), 16, 4, 5, 3,
+                                   map.data());
+    EXPECT_EQ(Bytes(out.data() + 15, out.data() + out.size()), Bytes(12, 128));
+}
+
+TEST(InverseMap, PrintsOneLineWithoutLineFeed)
+{
+    Bytes source(64), out(6);
+    FEMM_DATA map[4] = {};
+    Table table(4);
+    const std::string text = printedBy([&] {
+        CBilinear().invBilinear_NV12_C(source.data(), out.data(), table.data(), 4, 4, 2, 2, map);
+    });
+    EXPECT_EQ(maskTicks(text), "invBilinear_NV12_C: Tick N");
+}
+
+TEST(InverseMap, NothingToMapDoesNothing)
+{
+    Bytes source(64), out(6, 7);
+    FEMM_DATA map[4] = {};
+    Table table(4);
+    CBilinear kernel;
+    unsigned char *src = source.data(), *dst = out.data();
+    int* tbl = table.data();
+    const std::string text = printedBy([&] {
+        kernel.invBilinear_NV12_C(nullptr, dst, tbl, 4, 4, 2, 2, map);
+        kernel.invBilinear_NV12_C(src, nullptr, tbl, 4, 4, 2, 2, map);
+        kernel.invBilinear_NV12_C(src, dst, nullptr, 4, 4, 2, 2, map);
+        kernel.invBilinear_NV12_C(src, dst, tbl, 4, 4, 2, 2, nullptr);
+        kernel.invBilinear_NV12_C(src, dst, tbl, 0, 4, 2, 2, map);
+        kernel.invBilinear_NV12_C(src, dst, tbl, 4, 4, 0, 2, map);
+        kernel.invBilinear_NV12_C(src, dst, tbl, 4, 4, 2, -1, map);
+    });
+    EXPECT_EQ(text, "");
+    EXPECT_EQ(out, Bytes(6, 7));
+}
