@@ -4,7 +4,7 @@ set -eu
 cd "$(dirname "$0")/.."
 
 cmake --preset release-32 >/dev/null
-cmake --build --preset release-32 --target LumoFESDK lumofe -- --quiet
+cmake --build --preset release-32 --target LumoFESDK lumofe draw_directions -- --quiet
 lumofe=build/release-32/bin/lumofe
 scene=$(mktemp --suffix .png)
 trap 'rm -f "$scene"' EXIT
@@ -16,3 +16,6 @@ $lumofe render "$scene" -o docs/pictures/single.jpg --size 640x480 --pan -22.5 -
 $lumofe render "$scene" -o docs/pictures/quad.jpg --size 544x408 --view quad
 $lumofe render "$scene" -o docs/pictures/360.jpg --size 640x360 --view 360
 $lumofe render "$scene" -o docs/pictures/180.jpg --size 640x360 --view 180
+for mount in ceiling wall floor; do
+    build/release-32/bin/draw_directions $mount docs/pictures/directions-$mount.jpg
+done

@@ -49,7 +49,7 @@ Image decodeImage(const std::vector<std::uint8_t>& file, const std::string& name
     return image;
 }
 
-std::vector<std::uint8_t> encodeImage(const Image& image, ImageKind kind)
+std::vector<std::uint8_t> encodeImage(const Image& image, ImageKind kind, int jpegQuality)
 {
     std::vector<std::uint8_t> file;
     const int w = image.size.width, h = image.size.height;
@@ -60,7 +60,7 @@ std::vector<std::uint8_t> encodeImage(const Image& image, ImageKind kind)
         ok = stbi_write_png_to_func(append, &file, w, h, 3, pixels, 3 * w);
         break;
     case ImageKind::jpeg:
-        ok = stbi_write_jpg_to_func(append, &file, w, h, 3, pixels, 95);
+        ok = stbi_write_jpg_to_func(append, &file, w, h, 3, pixels, jpegQuality);
         break;
     case ImageKind::bmp:
         ok = stbi_write_bmp_to_func(append, &file, w, h, 3, pixels);

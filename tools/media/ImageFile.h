@@ -17,8 +17,8 @@ enum class ImageKind { png, jpeg, bmp };
 Image decodeImage(const std::vector<std::uint8_t>& file, const std::string& name,
                   Size smallest = kSmallestInput);
 
-// JPEG files get quality 95.
-std::vector<std::uint8_t> encodeImage(const Image& image, ImageKind kind);
+// jpegQuality: 1 to 100, of JPEG files only.
+std::vector<std::uint8_t> encodeImage(const Image& image, ImageKind kind, int jpegQuality = 95);
 
 // Throws Error, which says what to do, for a size outside these limits.
 void checkInputSize(Size size, const std::string& name, Size smallest = kSmallestInput);
