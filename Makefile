@@ -1,6 +1,6 @@
 # The commands of README.md. Everything else is CMake: see CMakePresets.json.
 
-.PHONY: all check demo setup format clean
+.PHONY: all check demo docs setup format clean
 
 all: setup
 	cmake --preset release-32
@@ -11,6 +11,9 @@ check: setup
 
 demo: setup
 	scripts/demo.sh
+
+docs: setup
+	scripts/docs.sh
 
 setup:
 	scripts/setup.sh

@@ -21,12 +21,14 @@
 #define LUMOFESDK_VERSION_MINOR 1
 #define LUMOFESDK_VERSION_PATCH 0
 
+// Marks what the library exports.
 #define FE_API __attribute__((visibility("default")))
 
 // Number of camera slots.
 #define FE_MAX_CAMERAS 16
 
-// Status bits of the slot functions.
+// ---- status bits of the slot functions ----
+
 #define FE_STATUS_OK 0             // success
 #define FE_STATUS_INVALID 1        // a bad slot number, size or record
 #define FE_STATUS_NO_BUFFERS 2     // Initialize could not obtain its working buffers
@@ -92,12 +94,12 @@ typedef struct FE_ViewPosition {
 
 // The full position state of a slot. 52 bytes.
 typedef struct FE_CurPosParams {
-    unsigned short nViewMode; // as in FE_ViewParams
-    unsigned short nCamPos;
-    unsigned short nCenterX;
-    unsigned short nCenterY;
-    unsigned short nRadius;
-    unsigned short nRadius2;
+    unsigned short nViewMode;  // as in FE_ViewParams
+    unsigned short nCamPos;    // as in FE_ViewParams
+    unsigned short nCenterX;   // as in FE_ViewParams
+    unsigned short nCenterY;   // as in FE_ViewParams
+    unsigned short nRadius;    // as in FE_ViewParams
+    unsigned short nRadius2;   // as in FE_ViewParams
     FE_ViewPosition view[4];   // quad: views 1..4; 360: the first two; single: the first
     unsigned char bQuadOption; // quad only: non-zero is on
     int n180Pos;               // 180 only: panorama position
@@ -107,12 +109,15 @@ typedef struct FE_CurPosParams {
 extern "C" {
 #endif
 
-// The process-wide slot tables. A null engine means that the slot is not initialised.
-extern FE_API FEDSP* m_FEDSP[FE_MAX_CAMERAS];
+// ---- slot tables: process-wide ----
+
+extern FE_API FEDSP* m_FEDSP[FE_MAX_CAMERAS];               // null: the slot is not initialised
 extern FE_API FE_EventParams* m_EventParam[FE_MAX_CAMERAS]; // last event; survives Close
 extern FE_API FE_ViewParams* m_ViewParam[FE_MAX_CAMERAS];   // defaults; not read; survives Close
 extern FE_API int g_count;                                  // not used
 extern FE_API unsigned char bFirstTimeSetup;                // 1 until the first Initialize
+
+// ---- slot functions ----
 
 // Creates the slot's engine on first use and sizes its buffers; resets a live slot. Call Close
 // before initialising a live slot again: the old buffers are otherwise lost until the process ends.
@@ -130,6 +135,7 @@ FE_API int Initialize(int nCam, int nInW, int nInH, int nScreenW, int nScreenH, 
 
 // Dewarps one frame.
 //
+//   nCam     slot, 0..15
 //   pIn      nW x nH pixels: nW * nH * 3 / 2 bytes, RGB nW * nH * 3. Read only
 //   pOut     screenW x screenH pixels of the format in force (see below): screenW * screenH * 3 / 2
 //            bytes, RGB screenW * screenH * 3. On a set-up frame the first screenW * screenH bytes
@@ -147,8 +153,8 @@ FE_API int VideoInput(int nCam, unsigned char* pIn, unsigned char* pOut, int nW,
                       FORMAT format, bool bFlip);
 
 // Selects layout, mounting and circle (pView) and hands over a steering step (pEvent). A change of
-// layout or mounting rebuilds everything on the next frame; a change of the circle alone does not
-// show before something else rebuilds the views. Both records are only read.
+// layout or mounting rebuilds everything on the next frame. A change of the circle alone moves no
+// view before something else rebuilds it, except in the 180 layout. Both records are only read.
 //
 // Returns 0; 1 for a bad slot, a null record or a slot without an engine. On a closed slot the
 // event is still copied into m_EventParam.
@@ -162,6 +168,8 @@ FE_API int LmFEalignmentTool(int nCam, unsigned char* pIn, int nW, int nH, FORMA
                              FE_ViewParams* pView);
 FE_API int SetInfo(int nCam, int a, int b, void* p);
 
+// ---- object face ----
+
 // Creates an object face of the slots; every object sees the same sixteen.
 FE_API IFishEye* IFishEye_Create(void);
 // Frees the object, but closes no slot; null is allowed. Returns 0.
@@ -173,18 +181,21 @@ FE_API int IFishEye_Release(IFishEye* p);
 // The slot functions as an object, and the position calls. It has no state of its own.
 class FE_API IFishEye {
 public:
-    IFishEye();
-    ~IFishEye();
+    IFishEye();  // for objects of a host's own; see also IFishEye_Create
+    ~IFishEye(); // closes no slot
 
-    // As the slot functions of the same name.
+    // ---- slots ----
+
+    // As the slot function of the same name.
     int LmFE_Initialize(int nCam, int nInW, int nInH, int nScreenW, int nScreenH, FORMAT format);
     int LmFE_VideoInput(int nCam, unsigned char* pIn, unsigned char* pOut, int nW, int nH,
                         FORMAT format, bool bFlip);
     int LmFE_ParamsUpdated(int nCam, FE_EventParams* pEvent, FE_ViewParams* pView);
     int LmFE_Close(int nCam);
 
-    // The calls below return 0 whether or not anything was done. They do nothing for a bad slot, a
-    // slot without an engine or a null record.
+    // ---- positions: these calls return 0 whether or not anything was done ----
+    //
+    // They do nothing for a bad slot, a slot without an engine or a null record.
 
     // Restores a position state and switches to its layout, without the clearing and full rebuild
     // of ParamsUpdated: the next frame rebuilds a view when its position changed, but not for a
@@ -196,6 +207,7 @@ public:
 
     // Where a point of the raw input picture lies as seen from the camera.
     //
+    //   nCam    slot, 0..15
     //   nX, nY  input pixels, columns from the left and rows from the top
     //   nPan    ceiling and floor: tenths of a degree, 0..3599, clockwise from the picture's top;
     //           wall: offset from the centre to the right, 900 at the rim
@@ -207,6 +219,7 @@ public:
 
     // Steers one view of the current layout to an absolute position.
     //
+    //   nCam    slot, 0..15
     //   nPan    ceiling and floor: tenths of a degree, clockwise. The single view looks 22.5
     //   degrees
     //           further round than a point looked up above, so take 225 off that point's pan. Wall:

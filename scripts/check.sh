@@ -2,7 +2,7 @@
 # Builds and runs every test for both word sizes: check.sh [PRESET...]
 #
 # Without presets: the release and the sanitized builds in full, then the golden hashes of unoptimised
-# and Clang builds, which must be the same.
+# and Clang builds, which must be the same, and the documentation, which must build without warnings.
 set -eu
 cd "$(dirname "$0")/.."
 
@@ -29,4 +29,7 @@ done
 for preset in debug-32 debug-64 clang-32 clang-64; do
     run "$preset" golden_frames -R '^golden$'
 done
+echo "== documentation"
+cmake --build --preset release-32 --target draw_directions -- --quiet
+scripts/docs.sh
 echo "all tests passed"

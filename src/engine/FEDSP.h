@@ -23,6 +23,7 @@ FE_API float FastInvSqrt(float x);
 // Signal Processing Magazine 23 (2006).
 FE_API double FastAtan(double t);
 
+// The engine of one camera slot. Hosts find that of a slot in m_FEDSP; it may also stand alone.
 class FE_API FEDSP : public CBilinear {
 public:
     // The area of the fisheye circle that a view samples, in input pixels, measured from the top
@@ -30,26 +31,27 @@ public:
     struct ClonefishRect {
         int x; // left edge, along columns
         int y; // top edge, along rows
-        int w;
-        int h;
+        int w; // columns
+        int h; // rows
     };
 
     // Settings of which only the first byte is passed on, to mapping drivers that ignore it.
     struct FISHSETTINGPARAM {
-        unsigned char bEnabled;
+        unsigned char bEnabled; // 1 by default
         FISHSETTINGPARAM() : bEnabled(1) {}
     };
 
-    FEDSP();
+    FEDSP();  // no size, no buffers: call FE_Initialize next
     ~FEDSP(); // frees no buffers: call DeleteAccess_ctr_Mem before
     FEDSP(const FEDSP&) = delete;
     FEDSP& operator=(const FEDSP&) = delete;
 
     // ---- set-up ----
 
-    // Resets the engine for an input of nInW x nInH pixels: circle centred, quad layout, all views
-    // at position 0. nScreenRes is the screen class, 4 (4:3) or 16 (16:9). Every buffer pointer is
-    // set to null without being freed.
+    // Resets the engine for an input of nInW x nInH pixels: quad layout, all views at position 0,
+    // the circle's centre in row nInW / 2 and column nInH / 2, its radius nInW / 2. nScreenRes is
+    // the screen class, 4 (4:3) or 16 (16:9). Every buffer pointer is set to null without being
+    // freed.
     void FE_Initialize(int nCam, int nInW, int nInH, int nScreenRes);
 
     // Obtains from the heap every working buffer whose pointer is null. Returns 0, or 1 when a size
@@ -106,10 +108,12 @@ public:
     // Clears the working buffers and applies the limits of the current mounting.
     void OnViewModeChange();
 
-    // ---- positions (nCam is not used) ----
+    // ---- positions: nCam is not used ----
 
+    // As the calls of IFishEye; a null record does nothing.
     void LmFESetPosition(int nCam, FE_CurPosParams* p);
     void LmFEGetPosition(int nCam, FE_CurPosParams* p);
+
     // nZoom limited to the range of p's nCamPos and nViewMode. p must not be null.
     int LmFEZoom(int nZoom, FE_ViewParams* p);
 
@@ -149,17 +153,19 @@ public:
     //
     //   c1, c2    circle centre, input pixels: c1 counts rows, c2 counts columns
     //   R         circle radius, input pixels
+    //   nInW/H    input size in pixels
     //   pTable    entries of nW columns: R / 2 rows and one entry for modes 0 and 1 (no more than
-    //   the
-    //             input has pixels), (R - 3) * nW + 1 entries for mode 2. Null: nothing is done
+    //             the input has pixels), (R - 3) * nW + 1 entries for mode 2. Null: nothing is
+    //             done
     //   nRot      direction of column 0, degrees from the column axis towards the row axis; reduced
     //             modulo nW
     //   nMode     0 unwrap; 1 straight copy; 2 unwrap mirrored, with a blank centre, in which only
     //             every second row is written; others do nothing
     //   nShift    mode 2: not 0 moves all but the centre up by R / 5 rows
     //   nW        columns of a full turn
+    //   pSinTbl, pCosTbl  not used
     //
-    // A point outside the input gets the entry {0, 0}. The two angle tables are not used.
+    // A point outside the input gets the entry {0, 0}.
     void InitCPIBuffer_360(int c1, int c2, int R, int nInW, int nInH, int* pTable, int nRot,
                            float* pSinTbl, float* pCosTbl, int nMode, int nShift, int nW);
 
@@ -272,25 +278,32 @@ public:
 
     // ---- colour conversions, ITU-R BT.601 studio range; called from nowhere in the library ----
     //
-    // n stands for nWidth * nHeight. A null pointer, a width below 1 or a height of 0 does nothing.
-    // In the first two, a stride below 1 means rows without padding, and with a negative height
-    // |nHeight| rows are read from the last one in memory upwards and written from the top down.
+    // Sizes are in pixels, and n stands for nWidth * nHeight. A null pointer, a width below 1 or a
+    // height of 0 does nothing. In the first two, a stride below 1 means rows without padding, and
+    // with a negative height |nHeight| rows are read from the last one in memory upwards and
+    // written from the top down.
 
     // Packed 4:2:2 (Y0 U Y1 V) to packed 24-bit (B G R) in fixed point; full luma gives 254. Of an
-    // odd width the last column is left out. Strides are in bytes.
+    // odd width the last column is left out.
     //
-    //   pSrc  of each row nWidth / 2 * 4 bytes are read (nSrcStride 0: rows nWidth * 2 apart)
-    //   pDst  of each row nWidth / 2 * 6 bytes are written (nDstStride 0: rows nWidth * 3 apart)
+    //   pSrc        of each row nWidth / 2 * 4 bytes are read
+    //   nSrcStride  distance of two rows, bytes; 0: nWidth * 2
+    //   pDst        of each row nWidth / 2 * 6 bytes are written
+    //   nWidth, nHeight  picture size
+    //   nDstStride  distance of two rows, bytes; 0: nWidth * 3
     void YUY2_to_RGB24_Normal_c(const unsigned char* pSrc, int nSrcStride, unsigned char* pDst,
                                 int nWidth, int nHeight, int nDstStride);
 
     // Packed 24-bit (B G R) to packed 4:2:2, components truncated, chroma averaged over the pair.
     // Pixels go in pairs, so an odd width takes one pixel more from behind each row and adds one.
     //
-    //   pSrc  of each row (nWidth + 1) / 2 * 6 bytes are read (nSrcStride 0: rows nWidth * 3
-    //         apart). Of an odd width the last row needs 3 bytes more than its pixels
-    //   pDst  of each row (nWidth + 1) / 2 * 4 bytes are written (nDstStride 0: rows nWidth * 2
-    //         apart). Of an odd width the last row needs 2 bytes more than its pixels
+    //   pSrc        of each row (nWidth + 1) / 2 * 6 bytes are read. Of an odd width the last row
+    //               needs 3 bytes more than its pixels
+    //   nSrcStride  distance of two rows, bytes; 0: nWidth * 3
+    //   pDst        of each row (nWidth + 1) / 2 * 4 bytes are written. Of an odd width the last
+    //               row needs 2 bytes more than its pixels
+    //   nWidth, nHeight  picture size
+    //   nDstStride  distance of two rows, bytes; 0: nWidth * 2
     void RGB24_to_YUY2_Normal_c(unsigned char* pSrc, int nSrcStride, unsigned char* pDst,
                                 int nWidth, int nHeight, int nDstStride);
 
@@ -298,6 +311,7 @@ public:
     //
     //   pSrc  n / 2 * 4 bytes are read
     //   pDst  n / 2 * 6 bytes are written; of an odd n the last pixel is left out
+    //   nWidth, nHeight  picture size
     void YUY2_to_YUV444(unsigned char* pSrc, unsigned char* pDst, int nWidth, int nHeight);
 
     // Semi-planar 4:2:0 (not 4:2:2, as the name has it) to packed 4:4:4. Pixel i takes chroma pair
@@ -307,6 +321,7 @@ public:
     //   pSrc  n luma bytes and (n + 3) / 4 chroma pairs are read: n * 3 / 2 bytes when n is a
     //         multiple of 4, else up to 2 bytes more
     //   pDst  n * 3 bytes are written
+    //   nWidth, nHeight  picture size
     void YUY2_to_NV12_YUV444(unsigned char* pSrc, unsigned char* pDst, int nWidth, int nHeight);
 
     // Semi-planar 4:2:0 to pairs of a luma byte and a chroma byte: pixel i takes byte i + 1 of the
@@ -316,56 +331,58 @@ public:
     //         provides n / 2 + 1 bytes behind its n * 3 / 2 (one more when n is odd); they end up
     //         in the output
     //   pDst  n * 2 bytes are written
+    //   nWidth, nHeight  picture size
     void YUY2_to_YUV444_NV12(unsigned char* pSrc, unsigned char* pDst, int nWidth, int nHeight);
 
     // ---- frame description ----
 
     unsigned char* m_pInput = nullptr; // caller's frame, only meaningful during a call
     FORMAT m_nFormat = FORMAT_YUYV;    // of the last set-up frame
-    int m_nInputW = 1280;
-    int m_nInputH = 1024;
-    float m_fScaleX = 1.0f; // input width / 1280
-    float m_fScaleY = 1.0f; // input height / 1024
-    int m_nPitch = 0;       // distance of two input rows, pixels
-    int m_nLineIndex = -1;  // -1 whole frames; 0 and more: first row of the next band
-    int m_nCam = 0;
+    int m_nInputW = 1280;              // input width in pixels, of the last set-up frame
+    int m_nInputH = 1024;              // input height, of the last set-up frame
+    float m_fScaleX = 1.0f;            // input width / 1280
+    float m_fScaleY = 1.0f;            // input height / 1024
+    int m_nPitch = 0;                  // distance of two input rows, pixels
+    int m_nLineIndex = -1;             // -1 whole frames; 0 and more: first row of the next band
+    int m_nCam = 0;                    // slot number that FE_Initialize was given
 
     // ---- output description ----
 
-    int m_nScreenW = 800;
-    int m_nScreenH = 600;
+    int m_nScreenW = 800;      // output width in pixels
+    int m_nScreenH = 600;      // output height in pixels
     float m_fScreenScaleX = 0; // screen width / 800
     float m_fScreenScaleY = 0; // screen height / 600
     int m_nScreenRes = 4;      // screen class: 4 is 4:3, 16 is 16:9
-    int m_nRefW = 0;           // reference screen
-    int m_nRefH = 0;
+    int m_nRefW = 0; // width of the area that views sample, input pixels: the reference screen
+    int m_nRefH = 0; // height of that area
     int m_nAngleLimit = 0; // highest tilt, degrees
 
     // ---- lens ----
 
-    int m_nCenterX = 0; // along the input's rows
-    int m_nCenterY = 0; // along the input's columns
-    int m_nRadius = 0;
-    int m_nRadius2 = 0;
-    int m_nCamPos = 0; // 0 ceiling, 1 wall, 2 floor
+    int m_nCenterX = 0; // circle centre along the input's rows
+    int m_nCenterY = 0; // circle centre along the input's columns
+    int m_nRadius = 0;  // circle radius, input pixels
+    int m_nRadius2 = 0; // stored and reported only
+    int m_nCamPos = 0;  // mounting: 0 ceiling, 1 wall, 2 floor
 
-    // ---- layout ----
+    // ---- layout: the first of the four layout flags that is set counts ----
 
-    unsigned char m_bQuad = 0;
-    unsigned char m_b360 = 0;
-    unsigned char m_b180 = 0;
-    unsigned char m_bSingle = 0;
-    unsigned char m_bSpareLayout = 0;
+    unsigned char m_bQuad = 0;        // the quad layout
+    unsigned char m_b360 = 0;         // the 360 layout
+    unsigned char m_b180 = 0;         // the 180 layout
+    unsigned char m_bSingle = 0;      // the single view
+    unsigned char m_bSpareLayout = 0; // not used
     unsigned char m_bLargeInput = 0;  // input wider than 2048 (until the first frame: 2559)
     unsigned char m_bSetup = 0;       // rebuild everything on the next frame
     unsigned char m_bModeChanged = 0; // set with m_bSetup on every change of the view mode
     unsigned char m_bKeyFlag1 = 0;    // added into the rebuild keys; never set by the library
-    unsigned char m_bKeyFlag2 = 0;
-    unsigned char m_bKeyFlag3 = 0;
-    unsigned char m_bTall180 = 0;
-    int m_nModeKey = 0;
-    int m_nEventPan = 0;
-    int m_nEventTilt = 0;
+    unsigned char m_bKeyFlag2 = 0;    // as m_bKeyFlag1
+    unsigned char m_bKeyFlag3 =
+        0; // as m_bKeyFlag1, in the 360 views; rebuilds the single view on every frame
+    unsigned char m_bTall180 = 0; // 1: the 180 picture of the wall is half as much higher again
+    int m_nModeKey = 0;           // view mode + mounting + screen class of the last update
+    int m_nEventPan = 0;          // pan step of the last update, repeated on every frame
+    int m_nEventTilt = 0;         // tilt step of the last update, repeated on every frame
 
     // ---- overlay and options: stored, not drawn ----
 
@@ -376,7 +393,8 @@ public:
     short m_nQuadOption = 0;
     int m_nOverlaySpare = 0;
 
-    // ---- sub-view positions: pan in quarter degrees, tilt, zoom step, offset in input pixels ----
+    // ---- sub-view positions: pan in quarter degrees, tilt, zoom steps, offset in input pixels
+    // ----
 
     int m_nQuad1Pan = 0, m_nQuad1Tilt = 0, m_nQuad1Zoom = 0, m_nQuad1Aux = 0;
     int m_nQuad2Pan = 0, m_nQuad2Tilt = 0, m_nQuad2Zoom = 0, m_nQuad2Aux = 0;
@@ -385,10 +403,10 @@ public:
     int m_n360View1Pan = 0, m_n360View1Tilt = 0, m_n360View1Zoom = 0, m_n360View1Aux = 0;
     int m_n360View2Pan = 0, m_n360View2Tilt = 0, m_n360View2Zoom = 0, m_n360View2Aux = 0;
     int m_nSinglePan = 0, m_nSingleTilt = 0, m_nSingleZoom = 0, m_nSingleAux = 0;
-    int m_n180Pan = 0;
-    int m_nAngle30 = 0;
+    int m_n180Pan = 0;  // panorama position of the 180 layout, degrees
+    int m_nAngle30 = 0; // 30, of the tilt range on the wall
 
-    // ---- what the tables were last built for ----
+    // ---- rebuild keys: key and pan that each view's table was last built for ----
 
     int m_nQuad1Key = 0, m_nQuad1PanBuilt = 0;
     int m_nQuad3Key = 0, m_nQuad3PanBuilt = 0;
@@ -396,42 +414,44 @@ public:
     int m_n360View1Key = 0, m_n360View1PanBuilt = 0;
     int m_n360View2Key = 0, m_n360View2PanBuilt = 0;
     int m_nSingleKey = 0, m_nSinglePanBuilt = 0;
-    float m_f360PanLimit = 0;
-    int m_nQuadBytes = 0;
+    float m_f360PanLimit = 0; // pan limit of the second 360 view on the wall, input pixels
+    int m_nQuadBytes = 0;     // grows with every quad frame; not read
 
     // ---- panorama sizing, pixels ----
 
-    int m_nPanoBase = 0;
-    int m_nPanoH = 0; // columns of the unwrap's table
-    int m_nPanoHSmall = 0;
-    int m_nPanoHLarge = 0;
-    int m_nPanoH0 = 0; // columns of the remap's table
+    int m_nPanoBase = 0;   // columns before scaling: 720
+    int m_nPanoH = 0;      // columns of the unwrap's table
+    int m_nPanoHSmall = 0; // the same, set for inputs up to 1280 pixels wide
+    int m_nPanoHLarge = 0; // the same, set for wider inputs
+    int m_nPanoH0 = 0;     // columns of the remap's table
 
     // ---- sine and cosine of 0..1439 quarter degrees ----
 
-    float m_fSinTbl[1440] = {};
-    float m_fCosTbl[1440] = {};
+    float m_fSinTbl[1440] = {}; // sines
+    float m_fCosTbl[1440] = {}; // cosines
 
     // ---- working buffers ----
 
     unsigned char* m_pStaged = nullptr;     // staged input frame
     unsigned char* m_pViewImage = nullptr;  // work image: rendered views
-    unsigned char* m_pWorkImageA = nullptr; // work image
+    unsigned char* m_pWorkImageA = nullptr; // work image: views turned over
     unsigned char* m_pPanoImage = nullptr;  // work image: panorama
-    int* m_pSubMapA = nullptr;              // mapping tables, see CBilinear.h
-    int* m_pSubMapB = nullptr;
-    int* m_pMapTable = nullptr;
-    int* m_pMapWork = nullptr;         // copy of a table with byte offsets, for packed frames
+    int* m_pSubMapA = nullptr;              // mapping table, see CBilinear.h: quad and 360 view 2
+    int* m_pSubMapB = nullptr;              // mapping table: quad and 360 view 1
+    int* m_pMapTable = nullptr;             // mapping table: everything else
+    int* m_pMapWork = nullptr;         // copies of the tables with byte offsets, for packed frames
     unsigned char* m_pSpare[9] = {};   // not used; freed with the others when a host sets them
     std::size_t m_nCapacity[8] = {};   // bytes that each buffer really holds
     unsigned char* m_pBlock = nullptr; // host's block, when the buffers were carved from one
-    unsigned int m_nBlockSize = 0;
+    unsigned int m_nBlockSize = 0;     // its bytes
     int m_nPackedEntries[3] = {}; // entries of each table's copy in m_pMapWork that are up to date
-    unsigned char* m_pOutput = nullptr; // caller's frame and its size during a call
-    long long m_nOutputBytes = 0;
+    unsigned char* m_pOutput = nullptr; // caller's output frame during a call
+    long long m_nOutputBytes = 0;       // its bytes
 
-    FISHSETTINGPARAM m_FishSetting;
-    FE_ViewParams m_ViewParams; // layout, mounting and sub-view of the last update
+    // ---- records ----
+
+    FISHSETTINGPARAM m_FishSetting; // handed to the mapping drivers
+    FE_ViewParams m_ViewParams;     // layout, mounting and sub-view of the last update
 };
 
 #endif

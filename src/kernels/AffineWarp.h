@@ -9,9 +9,9 @@
 // A matrix of up to 3x3 floats, stored row by row. The counts say how much of it RTMpy uses; the
 // generators leave them alone.
 struct FE_API _RTMat {
-    float m[9];
-    int nCols;
-    int nRows;
+    float m[9]; // row by row
+    int nCols;  // columns that RTMpy uses, 0..3
+    int nRows;  // rows that RTMpy uses, 0..3
 
     _RTMat();     // 3x3, all zero
     void clear(); // zeroes the floats

@@ -27,7 +27,8 @@ struct FEMM_DATA {
 // 127 to 896 and columns 225 to 1053. Hosts may overwrite it.
 extern "C" FE_API FEMM_DATA FMMTbl[1280 * 1024];
 
-// The kernels but Bilinear_RGB24 use no member data; any object will do. In all of them
+// The remapping kernels. All but Bilinear_RGB24 use no member data; any object will do. In all of
+// them
 //
 //   pSrc         source frame
 //   pDst         output frame of nOutW x nOutH pixels, rows without padding
@@ -41,8 +42,8 @@ extern "C" FE_API FEMM_DATA FMMTbl[1280 * 1024];
 // not read.
 class FE_API CBilinear {
 public:
-    CBilinear();
-    ~CBilinear();
+    CBilinear();  // sets m_pKernel
+    ~CBilinear(); // nothing to free
 
     // 3 bytes a pixel; bytes 0 and 2 of every pixel are exchanged. nInH is not used.
     void Bilinear_RGB24_C(unsigned char* pSrc, unsigned char* pDst, int* pTbl, int nInW, int nInH,
@@ -87,6 +88,7 @@ public:
     void Bilinear_RGB24_SSSE3(unsigned char* pSrc, unsigned char* pDst, int* pTbl, int nInW,
                               int nInH, int nOutW, int nOutH);
 
+    // The kernel that Bilinear_RGB24 calls.
     void (CBilinear::*m_pKernel)(unsigned char*, unsigned char*, int*, int, int, int, int, int);
 };
 
