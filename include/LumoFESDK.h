@@ -221,9 +221,8 @@ public:
     //
     //   nCam    slot, 0..15
     //   nPan    ceiling and floor: tenths of a degree, clockwise. The single view looks 22.5
-    //   degrees
-    //           further round than a point looked up above, so take 225 off that point's pan. Wall:
-    //           -900..900, left to right; limited by the zoom
+    //           degrees further round than a point looked up above: take 225 off that point's
+    //           pan. Wall: -900..900, left to right; limited by the zoom
     //   nTilt   ceiling: 0 looks along the lens axis, 900 furthest from it; floor: 0 to -900;
     //           wall: -900..900, up to down
     //   nZoom   0..800; negative keeps the zoom. On the wall only the two ends are of use: 0..9 is
