@@ -12,6 +12,9 @@ target_compile_options(lumofe_warnings INTERFACE
     $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor -Woverloaded-virtual>
     $<$<BOOL:${LUMOFE_WERROR}>:-Werror>)
 
+# Deliveries name no folder of the machine that built them.
+add_compile_options($<$<CONFIG:Release>:-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=>)
+
 if(LUMOFE_SANITIZE)
     set(sanitizers -fsanitize=address,undefined,float-cast-overflow -fno-sanitize-recover=all -fno-omit-frame-pointer)
     add_compile_options(${sanitizers})

@@ -19,6 +19,8 @@ namespace lumofe {
 namespace {
 
 constexpr int kBadInput = 2;
+constexpr const char* kName = "lumofe";
+constexpr const char* kDescription = "Dewarps the pictures of fisheye surveillance cameras.";
 
 constexpr const char* kRenderFooter = R"(
 Layouts:
@@ -69,8 +71,8 @@ Example:
 
 std::string version()
 {
-    return "lumofe " + std::to_string(LUMOFESDK_VERSION_MAJOR) + "." +
-           std::to_string(LUMOFESDK_VERSION_MINOR) + "." + std::to_string(LUMOFESDK_VERSION_PATCH);
+    return std::to_string(LUMOFESDK_VERSION_MAJOR) + "." + std::to_string(LUMOFESDK_VERSION_MINOR) +
+           "." + std::to_string(LUMOFESDK_VERSION_PATCH);
 }
 
 template <class Target, class Parse>
@@ -211,6 +213,45 @@ void addSheet(CLI::App& app, SheetOptions& o)
         ->type_name("TEXT");
 }
 
+struct Options {
+    RenderOptions render;
+    SceneOptions scene;
+    SheetOptions sheet;
+};
+
+void addAll(CLI::App& app, Options& options)
+{
+    app.set_version_flag("--version", "lumofe " + version());
+    app.require_subcommand(1);
+    app.get_formatter()->column_width(28);
+    app.footer("\nlumofe render --help, lumofe scene --help and lumofe sheet --help tell more.");
+    addRender(app, options.render);
+    addScene(app, options.scene);
+    addSheet(app, options.sheet);
+}
+
+CommandHelp helpOf(const CLI::App& app)
+{
+    CommandHelp help{app.get_name(), app.get_description(), {}, {}, app.get_footer()};
+    for (const CLI::Option* option : app.get_options()) {
+        ArgumentHelp argument;
+        argument.positional = option->get_positional();
+        if (argument.positional) argument.names = {option->get_name(true)};
+        for (const std::string& name : option->get_snames())
+            argument.names.push_back("-" + name);
+        for (const std::string& name : option->get_lnames())
+            argument.names.push_back("--" + name);
+        argument.value = option->get_type_name();
+        argument.text = option->get_description();
+        argument.required = option->get_required();
+        argument.repeats = argument.positional && option->get_expected_max() > 1;
+        help.arguments.push_back(argument);
+    }
+    for (const CLI::App* command : app.get_subcommands({}))
+        help.subcommands.push_back(helpOf(*command));
+    return help;
+}
+
 int fail(const std::string& message)
 {
     std::fprintf(stderr, "lumofe: %s\n", message.c_str());
@@ -221,25 +262,17 @@ int fail(const std::string& message)
 
 int runTool(int argc, const char* const* argv)
 {
-    CLI::App app("Dewarps the pictures of fisheye surveillance cameras.", "lumofe");
-    app.set_version_flag("--version", version());
-    app.require_subcommand(1);
-    app.get_formatter()->column_width(28);
-    app.footer("\nlumofe render --help, lumofe scene --help and lumofe sheet --help tell more.");
-    RenderOptions render;
-    SceneOptions scene;
-    SheetOptions sheet;
-    addRender(app, render);
-    addScene(app, scene);
-    addSheet(app, sheet);
+    CLI::App app(kDescription, kName);
+    Options options;
+    addAll(app, options);
     try {
         app.parse(argc, argv);
         if (app.got_subcommand("render"))
-            runRender(render);
+            runRender(options.render);
         else if (app.got_subcommand("scene"))
-            runScene(scene);
+            runScene(options.scene);
         else
-            runSheet(sheet);
+            runSheet(options.sheet);
         return 0;
     } catch (const CLI::Success& e) {
         return app.exit(e);
@@ -250,6 +283,14 @@ int runTool(int argc, const char* const* argv)
     } catch (const std::bad_alloc&) {
         return fail("not enough memory; scale the input or choose a smaller --size");
     }
+}
+
+std::string toolManPage()
+{
+    CLI::App app(kDescription, kName);
+    Options options;
+    addAll(app, options);
+    return manPage(helpOf(app), "LumoFESDK " + version());
 }
 
 } // namespace lumofe
