@@ -1,6 +1,6 @@
 # The commands of README.md. Everything else is CMake: see CMakePresets.json.
 
-.PHONY: all check demo docs setup format clean
+.PHONY: all check demo dist docs setup format clean
 
 all: setup
 	cmake --preset release-32
@@ -15,6 +15,9 @@ demo: setup
 docs: setup
 	scripts/docs.sh
 
+dist: setup
+	scripts/dist.sh
+
 setup:
 	scripts/setup.sh
 
@@ -22,4 +25,4 @@ format:
 	git ls-files '*.cpp' '*.h' '*.c' | xargs clang-format -i
 
 clean:
-	rm -rf build out
+	rm -rf build dist out

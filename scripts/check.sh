@@ -2,7 +2,8 @@
 # Builds and runs every test for both word sizes: check.sh [PRESET...]
 #
 # Without presets: the release and the sanitized builds in full, then the golden hashes of unoptimised
-# and Clang builds, which must be the same, and the documentation, which must build without warnings.
+# and Clang builds, which must be the same, the documentation, which must build without warnings, the
+# binary interface and the release's archives.
 set -eu
 cd "$(dirname "$0")/.."
 
@@ -32,4 +33,8 @@ done
 echo "== documentation"
 cmake --build --preset release-32 --target draw_directions -- --quiet
 scripts/docs.sh
+echo "== abi"
+scripts/abi.sh check
+echo "== dist"
+scripts/check_dist.sh
 echo "all tests passed"

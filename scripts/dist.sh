@@ -1,0 +1,58 @@
+#!/bin/sh
+# Packs the release into dist/: dist.sh
+#
+#     lumofesdk-VERSION.tar.gz                the sources
+#     lumofesdk-VERSION-linux-i686.tar.gz     the installed 32-bit kit
+#     lumofesdk-VERSION-linux-x86_64.tar.gz   the installed 64-bit kit
+#
+# The same sources give the same bytes in any folder. Files carry the time of the commit, or that of
+# SOURCE_DATE_EPOCH when it is set. Works in a clone and in the unpacked sources.
+set -eu
+cd "$(dirname "$0")/.."
+export LC_ALL=C
+unset DESTDIR
+
+if [ -e .git ]; then
+    epoch=${SOURCE_DATE_EPOCH:-$(git log -1 --format=%ct)}
+    [ -z "$(git status --porcelain --untracked-files=no)" ] ||
+        echo "dist: note: changes that are not committed are packed too" >&2
+else
+    # What packing gave to every file.
+    epoch=${SOURCE_DATE_EPOCH:-$(stat -c %Y include/LumoFESDK.h)}
+fi
+
+part() {
+    sed -n "s/^#define LUMOFESDK_VERSION_$1 //p" include/LumoFESDK.h
+}
+name=lumofesdk-$(part MAJOR).$(part MINOR).$(part PATCH)
+
+scratch=$(mktemp -d)
+trap 'rm -rf "$scratch"' EXIT
+mkdir -p dist
+
+# pack NAME FOLDER: the files of the folder that standard input lists.
+pack() {
+    sort | tar --create --file "$scratch/tar" --directory "$2" --files-from - --format ustar \
+        --transform "s,^,$1/," --mtime "@$epoch" --owner 0 --group 0 --numeric-owner --mode u=rwX,go=rX
+    gzip -n -9 <"$scratch/tar" >"dist/$1.tar.gz"
+    echo "dist/$1.tar.gz"
+}
+
+sources() {
+    if [ -e .git ]; then
+        git ls-files
+    else
+        find . \( -path ./build -o -path ./dist -o -path ./out \) -prune -o -type f -printf '%P\n'
+    fi
+}
+sources | pack "$name" .
+
+# kit BITS MACHINE: with the default folders, whatever the build was configured for before.
+kit() {
+    cmake --preset "release-$1" -U 'CMAKE_INSTALL_*' >/dev/null
+    cmake --build --preset "release-$1" --target LumoFESDK lumofe man_page -- --quiet
+    cmake --install "build/release-$1" --prefix "$scratch/$2" --strip >/dev/null
+    (cd "$scratch/$2" && find . -type f -printf '%P\n') | pack "$name-linux-$2" "$scratch/$2"
+}
+kit 32 i686
+kit 64 x86_64
