@@ -50,7 +50,7 @@ sources | pack "$name" .
 # kit BITS MACHINE: with the default folders, whatever the build was configured for before.
 kit() {
     cmake --preset "release-$1" -U 'CMAKE_INSTALL_*' >/dev/null
-    cmake --build --preset "release-$1" --target LumoFESDK lumofe man_page -- --quiet
+    cmake --build --preset "release-$1" --target LumoFESDK lumofe man_page -- --quiet >&2
     cmake --install "build/release-$1" --prefix "$scratch/$2" --strip >/dev/null
     (cd "$scratch/$2" && find . -type f -printf '%P\n') | pack "$name-linux-$2" "$scratch/$2"
 }
