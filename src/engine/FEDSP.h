@@ -281,16 +281,16 @@ public:
     // Sizes are in pixels, and n stands for nWidth * nHeight. A null pointer, a width below 1 or a
     // height of 0 does nothing. In the first two, a stride below 1 means rows without padding, and
     // with a negative height |nHeight| rows are read from the last one in memory upwards and
-    // written from the top down.
+    // written from the top down; in the others a negative height does nothing.
 
     // Packed 4:2:2 (Y0 U Y1 V) to packed 24-bit (B G R) in fixed point; full luma gives 254. Of an
     // odd width the last column is left out.
     //
     //   pSrc        of each row nWidth / 2 * 4 bytes are read
-    //   nSrcStride  distance of two rows, bytes; 0: nWidth * 2
+    //   nSrcStride  distance of two rows, bytes; below 1: nWidth * 2
     //   pDst        of each row nWidth / 2 * 6 bytes are written
     //   nWidth, nHeight  picture size
-    //   nDstStride  distance of two rows, bytes; 0: nWidth * 3
+    //   nDstStride  distance of two rows, bytes; below 1: nWidth * 3
     void YUY2_to_RGB24_Normal_c(const unsigned char* pSrc, int nSrcStride, unsigned char* pDst,
                                 int nWidth, int nHeight, int nDstStride);
 
@@ -299,11 +299,11 @@ public:
     //
     //   pSrc        of each row (nWidth + 1) / 2 * 6 bytes are read. Of an odd width the last row
     //               needs 3 bytes more than its pixels
-    //   nSrcStride  distance of two rows, bytes; 0: nWidth * 3
+    //   nSrcStride  distance of two rows, bytes; below 1: nWidth * 3
     //   pDst        of each row (nWidth + 1) / 2 * 4 bytes are written. Of an odd width the last
     //               row needs 2 bytes more than its pixels
     //   nWidth, nHeight  picture size
-    //   nDstStride  distance of two rows, bytes; 0: nWidth * 2
+    //   nDstStride  distance of two rows, bytes; below 1: nWidth * 2
     void RGB24_to_YUY2_Normal_c(unsigned char* pSrc, int nSrcStride, unsigned char* pDst,
                                 int nWidth, int nHeight, int nDstStride);
 

@@ -72,9 +72,9 @@ public:
                         int nOutW, int nOutH, int nLine);
 
     // A 4:2:0 frame with two planes through a map like FMMTbl, in grey: every chroma byte is 128.
-    // The stride is nInW. pTbl, a mapping table of nOutW * nOutH entries, is walked for the chroma,
-    // which is then not used. pMap has nOutW * nOutH entries; null does nothing. Prints one timing
-    // line without a line feed.
+    // The stride is nInW. pTbl, a mapping table of nOutW * nOutH entries, looks up chroma that is
+    // then not used. pMap has nOutW * nOutH entries; null does nothing. Prints one timing line
+    // without a line feed.
     void invBilinear_NV12_C(unsigned char* pSrc, unsigned char* pDst, int* pTbl, int nInW, int nInH,
                             int nOutW, int nOutH, FEMM_DATA* pMap);
 

@@ -17,7 +17,8 @@ constexpr Contribution contribution(int lowest, int highest, int zero, double ga
     Contribution table{};
     for (int i = 0; i < 256; ++i) {
         const int nominal = std::clamp(i, lowest, highest);
-        // Kept: half is added to negative values too, which rounds them up.
+        // Kept: half is added to negative values too before the fraction is cut off, so they come
+        // out up to 1.5 too high.
         table[std::size_t(i)] = std::int16_t((nominal - zero) * gain * 64 + 0.5);
     }
     return table;

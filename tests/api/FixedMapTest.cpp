@@ -1,5 +1,6 @@
 #include "CBilinear.h"
 #include "Capture.h"
+#include "Frames.h"
 
 #include <gtest/gtest.h>
 
@@ -67,19 +68,19 @@ TEST(FixedMap, EveryRecordNamesASourceWithinTheLimitsAndAllFourAreReached)
     EXPECT_EQ(cols[1], 1053);
 }
 
-TEST(FixedMap, TellingEntries)
+TEST(FixedMap, CornersAndEdgesLeadWhereHostsExpect)
 {
-    struct Telling {
+    struct Expected {
         int row, col, sourceRow, sourceCol, fy, fx;
     };
-    const Telling all[] = {
+    const Expected all[] = {
         {0, 0, 127, 540, 252, 189},      {0, 1, 127, 541, 246, 71},
         {0, 640, 128, 569, 237, 32},     {0, 1279, 129, 554, 195, 213},
         {512, 0, 510, 485, 181, 104},    {512, 640, 510, 1023, 48, 179},
         {512, 1279, 511, 278, 175, 172}, {1023, 640, 895, 693, 122, 224},
         {1023, 1279, 896, 734, 1, 225},
     };
-    for (const Telling& t : all) {
+    for (const Expected& t : all) {
         const FEMM_DATA& e = entry(t.row, t.col);
         EXPECT_EQ(sourceRow(e), t.sourceRow) << t.row << ' ' << t.col;
         EXPECT_EQ(sourceCol(e), t.sourceCol) << t.row << ' ' << t.col;
@@ -119,6 +120,18 @@ TEST(FixedMap, NeighboursLieCloseAndStepsChangeSlowly)
     }
     EXPECT_LE(step, 3 * 256);
     EXPECT_LE(change, 8);
+}
+
+TEST(FixedMap, TheThirdWordIsTheEntrysOwnPlace)
+{
+    for (unsigned k = 0; k < unsigned(kWidth * kHeight); ++k)
+        ASSERT_EQ(FMMTbl[k].index2, k);
+}
+
+TEST(FixedMap, IsTheSameInEveryBuild)
+{
+    const auto* bytes = reinterpret_cast<const unsigned char*>(FMMTbl);
+    EXPECT_EQ(hashOf(bytes, sizeof FMMTbl), 15650669357691931699u);
 }
 
 TEST(FixedMap, KeepsAFlatPictureFlat)

@@ -76,7 +76,7 @@ TEST(Yuy2ToRgb24, FullLumaReaches254Only)
     EXPECT_EQ(toRgb({235, 128, 16, 128}), (Bytes{254, 254, 254, 0, 0, 0}));
 }
 
-TEST(Yuy2ToRgb24, ChromaContributesTheQuotedAmounts)
+TEST(Yuy2ToRgb24, ChromaAtItsEndsContributesRoundedAmounts)
 {
     const auto lumaOf = [](int y) { return rounded((std::clamp(y, 16, 235) - 16) * 1.164 * 64); };
     EXPECT_EQ(lumaOf(17), 74);
@@ -97,7 +97,7 @@ TEST(Yuy2ToRgb24, ChromaContributesTheQuotedAmounts)
     }
 }
 
-TEST(Yuy2ToRgb24, EveryColourIsThatOfTheFormulaInDoublesToALevel)
+TEST(Yuy2ToRgb24, EveryColourIsTheSumOfRoundedContributionsNearTheFormulaInDoubles)
 {
     double worst = 0;
     for (int u = 0; u < 256; ++u) {
@@ -107,16 +107,23 @@ TEST(Yuy2ToRgb24, EveryColourIsThatOfTheFormulaInDoublesToALevel)
             yuy2.insert(yuy2.end(), row.begin(), row.end());
         }
         const Bytes rgb = toRgb(yuy2);
-        for (std::size_t pixel = 0; pixel < 65536; ++pixel) {
-            const double y = std::clamp(int(pixel % 256), 16, 235) - 16;
-            const double cu = std::clamp(u, 16, 240) - 128;
-            const double cv = std::clamp(int(pixel / 256), 16, 240) - 128;
-            const double exact[] = {1.164 * y + 2.018 * cu, 1.164 * y - 0.391 * cu - 0.813 * cv,
-                                    1.164 * y + 1.596 * cv};
-            for (std::size_t c = 0; c < 3; ++c) {
-                // The shift rounds down: a level stands for the half-open step above it.
-                const double got = rgb[pixel * 3 + c] + 0.5;
-                worst = std::max(worst, std::abs(got - std::clamp(exact[c], 0.5, 255.5)));
+        const double cu = std::clamp(u, 16, 240) - 128;
+        for (int v = 0; v < 256; ++v) {
+            const double cv = std::clamp(v, 16, 240) - 128;
+            const int chroma[] = {rounded(cu * 2.018 * 64),
+                                  rounded(cu * -0.391 * 64) + rounded(cv * -0.813 * 64),
+                                  rounded(cv * 1.596 * 64)};
+            const double exactChroma[] = {2.018 * cu, -0.391 * cu - 0.813 * cv, 1.596 * cv};
+            for (int y = 0; y < 256; ++y) {
+                const double cy = std::clamp(y, 16, 235) - 16;
+                const int luma = rounded(cy * 1.164 * 64);
+                for (std::size_t c = 0; c < 3; ++c) {
+                    const int got = rgb[(std::size_t(v) * 256 + std::size_t(y)) * 3 + c];
+                    ASSERT_EQ(got, clampByte((luma + chroma[c]) >> 6)) << y << ' ' << u << ' ' << v;
+                    // The shift rounds down: a level stands for the half-open step above it.
+                    const double exact = std::clamp(1.164 * cy + exactChroma[c], 0.5, 255.5);
+                    worst = std::max(worst, std::abs(got + 0.5 - exact));
+                }
             }
         }
     }
@@ -214,6 +221,18 @@ TEST(ColourRoundTrip, StaysWithinAFewLevels)
     }
 }
 
+TEST(Rgb24ToYuy2, OddRowsWithoutPaddingFollowTheWholeWidth)
+{
+    // Two rows of 3 pixels, white and black: the second starts at byte 9 of the source, at byte 6
+    // of the output.
+    Bytes source(9, 255);
+    source.resize(9 + 12, 0);
+    Row row(source, 6 + 8);
+    FEDSP().RGB24_to_YUY2_Normal_c(row.in.data(), 0, row.out.data(), 3, 2, 0);
+    EXPECT_EQ(row.result(),
+              (Bytes{235, 128, 235, 128, 235, 128, 16, 128, 16, 128, 16, 128, 16, 128}));
+}
+
 // What both conversions with strides do with them.
 class Strides : public testing::Test {
 protected:
@@ -285,6 +304,7 @@ TEST_F(Strides, ANegativeHeightReadsTheRowsInReverse)
               toRgb(reversed(tightYuy2, 12), 12, 18, height));
     EXPECT_EQ(toRgb(tightYuy2, 0, 18, -height), toRgb(tightYuy2, 12, 18, -height));
     EXPECT_EQ(toYuy2(tightRgb, 18, 12, -height), toYuy2(reversed(tightRgb, 18), 18, 12, height));
+    EXPECT_EQ(toRgb(tightYuy2, 12, 18, -1), toRgb(tightYuy2, 12, 18, 1));
 }
 
 TEST(Yuy2ToYuv444, SharesTheChromaOfAPair)
