@@ -12,6 +12,9 @@ target_compile_options(lumofe_warnings INTERFACE
     $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor -Woverloaded-virtual>
     $<$<BOOL:${LUMOFE_WERROR}>:-Werror>)
 
+# For large code whose speed does not matter.
+set(LUMOFE_QUICK_TO_COMPILE $<$<CONFIG:Release>:-O1> $<$<BOOL:${LUMOFE_SANITIZE}>:-O0>)
+
 # Deliveries name no folder of the machine that built them.
 add_compile_options($<$<CONFIG:Release>:-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=>)
 

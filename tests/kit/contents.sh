@@ -1,7 +1,7 @@
 #!/bin/sh
 # Checks what an installed kit holds: contents.sh KIT LIST SOURCE BUILD
 #
-# LIST names the files but those of docs/ and examples/, which are installed as they are.
+# LIST names the files but the pages, pictures and examples, which are those of the source tree.
 set -eu
 kit=$1 list=$2 source=$3 build=$4
 status=0
@@ -11,7 +11,8 @@ trap 'rm -rf "$scratch"' EXIT
 docs=$(sed -n 's,/README.md$,,p' "$list")
 {
     cat "$list"
-    (cd "$source" && find docs examples -type f ! -name CMakeLists.txt) | sed "s,^,$docs/,"
+    (cd "$source" && find docs -name '*.md' -o -name '*.jpg' -o -name '*.svg') | sed "s,^,$docs/,"
+    (cd "$source" && find examples -type f ! -name CMakeLists.txt) | sed "s,^,$docs/,"
 } | LC_ALL=C sort >"$scratch/expected"
 (cd "$kit" && find . -type f) | sed 's,^\./,,' | LC_ALL=C sort >"$scratch/installed"
 if ! diff "$scratch/expected" "$scratch/installed"; then
