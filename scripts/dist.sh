@@ -1,12 +1,12 @@
 #!/bin/sh
-# Packs the release into dist/: dist.sh
+# Packs the release into dist/: dist.sh [32|64]...
 #
 #     lumofesdk-VERSION.tar.gz                the sources
 #     lumofesdk-VERSION-linux-i686.tar.gz     the installed 32-bit kit
 #     lumofesdk-VERSION-linux-x86_64.tar.gz   the installed 64-bit kit
 #
-# The same sources give the same bytes in any folder. Files carry the time of the commit, or that of
-# SOURCE_DATE_EPOCH when it is set. Works in a clone and in the unpacked sources.
+# Without arguments both kits. The same sources give the same bytes in any folder. Files
+# carry the time of the commit, or that of SOURCE_DATE_EPOCH when it is set. Works in a clone and in the unpacked sources.
 set -eu
 cd "$(dirname "$0")/.."
 export LC_ALL=C
@@ -47,12 +47,20 @@ sources() {
 }
 sources | pack "$name" .
 
-# kit BITS MACHINE: with the default folders, whatever the build was configured for before.
-kit() {
-    cmake --preset "release-$1" -U 'CMAKE_INSTALL_*' >/dev/null
-    cmake --build --preset "release-$1" --target LumoFESDK lumofe man_page -- --quiet >&2
-    cmake --install "build/release-$1" --prefix "$scratch/$2" --strip >/dev/null
-    (cd "$scratch/$2" && find . -type f -printf '%P\n') | pack "$name-linux-$2" "$scratch/$2"
-}
-kit 32 i686
-kit 64 x86_64
+# With the default folders, whatever the build was configured for before.
+[ $# != 0 ] || set -- 32 64
+for bits in "$@"; do
+    case $bits in
+    32) machine=i686 ;;
+    64) machine=x86_64 ;;
+    *)
+        echo "dist: $bits is no word size; give 32 or 64" >&2
+        exit 2
+        ;;
+    esac
+    cmake --preset "release-$bits" -U 'CMAKE_INSTALL_*' >/dev/null
+    cmake --build --preset "release-$bits" --target LumoFESDK lumofe man_page -- --quiet >&2
+    cmake --install "build/release-$bits" --prefix "$scratch/$machine" --strip >/dev/null
+    (cd "$scratch/$machine" && find . -type f -printf '%P\n') |
+        pack "$name-linux-$machine" "$scratch/$machine"
+done
