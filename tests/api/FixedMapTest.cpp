@@ -138,14 +138,16 @@ TEST(FixedMap, KeepsAFlatPictureFlat)
 {
     std::vector<unsigned char> source(kWidth * kHeight * 3 / 2, 77), out(source.size());
     std::vector<int> table(kWidth * kHeight * 2);
-    std::fill_n(source.begin(), kWidth * kHeight, static_cast<unsigned char>(201));
-    printedBy([&] {
-        CBilinear().invBilinear_NV12_C(source.data(), out.data(), table.data(), kWidth, kHeight,
-                                       kWidth, kHeight, FMMTbl);
-    });
-    const auto luma = out.begin() + kWidth * kHeight;
-    EXPECT_EQ(std::count(out.begin(), luma, 201), kWidth * kHeight);
-    EXPECT_EQ(std::count(luma, out.end(), 128), kWidth * kHeight / 2);
+    for (int value : {0, 1, 128, 254, 255}) {
+        std::fill_n(source.begin(), kWidth * kHeight, static_cast<unsigned char>(value));
+        printedBy([&] {
+            CBilinear().invBilinear_NV12_C(source.data(), out.data(), table.data(), kWidth, kHeight,
+                                           kWidth, kHeight, FMMTbl);
+        });
+        const auto chroma = out.begin() + kWidth * kHeight;
+        EXPECT_EQ(std::count(out.begin(), chroma, value), kWidth * kHeight) << value;
+        EXPECT_EQ(std::count(chroma, out.end(), 128), kWidth * kHeight / 2) << value;
+    }
 }
 
 TEST(FixedMap, HostsMayWriteToIt)

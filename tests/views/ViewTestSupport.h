@@ -64,32 +64,28 @@ inline int printedNumber(const std::string& text, const std::string& label, int 
     return at == std::string::npos ? -9999 : std::stoi(text.substr(at + label.size()));
 }
 
-// Renders two frames of a layout in every mounting and format on screens that do not suit it:
-// larger than the input, upright, odd, tiny. The frame's guards tell when something is written
-// outside. With `constant`, every luma byte of a picture of one value must have that value.
+// Renders two frames of a layout in every mounting on screens that do not suit it: larger than the
+// input, upright, odd, tiny. NV12 meets every screen in every mounting, the other formats each
+// screen in one of them. The frame's guards tell when something is written outside. With
+// `constant`, every luma byte of a picture of one value must have that value.
 inline void renderOnAwkwardScreens(int mode, bool constant)
 {
     struct Case {
         int inW, inH, screenW, screenH;
     };
-    for (const Case& c : {Case{1280, 1024, 801, 601},
-                          {1280, 1280, 1366, 768},
-                          {1280, 720, 1280, 1024},
-                          {2560, 1920, 1366, 768},
-                          {1280, 720, 1024, 768},
-                          {1280, 1024, 799, 599},
-                          {1792, 1792, 1920, 1080},
-                          {640, 480, 1920, 1080},
-                          {320, 240, 1920, 1080},
-                          {1080, 1920, 1920, 1080},
-                          {2048, 2048, 1080, 1920},
-                          {4096, 240, 320, 480},
-                          {321, 241, 319, 239},
-                          {640, 480, 133, 99},
-                          {1280, 1024, 1, 1},
-                          {1280, 1024, 0, 0}})
+    const Case cases[] = {
+        {1280, 1024, 801, 601},   {1280, 1280, 1366, 768},  {1280, 720, 1280, 1024},
+        {2560, 1920, 1366, 768},  {1280, 720, 1024, 768},   {1280, 1024, 799, 599},
+        {1792, 1792, 1920, 1080}, {640, 480, 1920, 1080},   {320, 240, 1920, 1080},
+        {1080, 1920, 1920, 1080}, {2048, 2048, 1080, 1920}, {4096, 240, 320, 480},
+        {321, 241, 319, 239},     {640, 480, 133, 99},      {1280, 1024, 1, 1},
+        {1280, 1024, 0, 0}};
+    int number = 0;
+    for (const Case& c : cases) {
+        ++number;
         for (int camPos : {0, 1, 2})
             for (FORMAT format : {FORMAT_NV12, FORMAT_YV12, FORMAT_RGB}) {
+                if (format != FORMAT_NV12 && (number + int(format)) % 3 != camPos) continue;
                 SCOPED_TRACE(testing::Message()
                              << c.inW << "x" << c.inH << " on " << c.screenW << "x" << c.screenH
                              << " mounting " << camPos << " format " << format);
@@ -104,4 +100,5 @@ inline void renderOnAwkwardScreens(int mode, bool constant)
                 for (std::size_t i = 0; constant && i < luma; ++i)
                     ASSERT_EQ(out[i], 77);
             }
+    }
 }
