@@ -154,9 +154,9 @@ public:
     //   c1, c2    circle centre, input pixels: c1 counts rows, c2 counts columns
     //   R         circle radius, input pixels
     //   nInW/H    input size in pixels
-    //   pTable    entries of nW columns: R / 2 rows and one entry for modes 0 and 1 (no more than
-    //             the input has pixels), (R - 3) * nW + 1 entries for mode 2. Null: nothing is
-    //             done
+    //   pTable    modes 0 and 1: R / 2 rows of nW entries, or as many entries as the input has
+    //             pixels if that is less, and one entry; mode 2: (R - 3) * nW + 1 entries. Null:
+    //             nothing is done
     //   nRot      direction of column 0, degrees from the column axis towards the row axis; reduced
     //             modulo nW
     //   nMode     0 unwrap; 1 straight copy; 2 unwrap mirrored, with a blank centre, in which only

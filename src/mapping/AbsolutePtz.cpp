@@ -85,7 +85,8 @@ int radiusReserve(const FEDSP& e)
 {
     const bool fits = e.m_nScreenW <= e.m_nInputW && e.m_nScreenH <= e.m_nInputH;
     const int size = fits ? trunc32(e.m_nScreenH * 0.5 + 0.5) & ~3 : e.m_nInputH / 2;
-    return trunc32((double(e.m_nRadius) - size / 2) * 0.1);
+    const int half = size / 2;
+    return trunc32((double(e.m_nRadius) - half) * 0.1);
 }
 
 void steer(FEDSP& e, const AbsoluteRule& rule, const fe::SubViewFields& view, bool single, int pan,

@@ -31,12 +31,14 @@ struct Builder {
     }
     Source copied(int r, int c) const
     {
-        const double s = 1 / std::cos(double(float(r / radius) * kRadians));
+        const int latitude = r / radius;
+        const double s = 1 / std::cos(double(float(latitude) * kRadians));
         return {float(r + radius * 0.5), float(c * s)};
     }
     bool outside(const Source& s) const
     {
-        return s.row > float(inH - 3) || s.col > float(inW - 3) || s.row <= 0 || s.col <= 0;
+        return s.row > float(std::int64_t(inH) - 3) || s.col > float(std::int64_t(inW) - 3) ||
+               s.row <= 0 || s.col <= 0;
     }
     fe::MapEntry entryOf(const Source& s) const
     {
@@ -84,7 +86,7 @@ struct Builder {
 void FEDSP::InitCPIBuffer_360(int c1, int c2, int R, int nInW, int nInH, int* pTable, int nRot,
                               float*, float*, int nMode, int nShift, int nW)
 {
-    if (!pTable || nW <= 0) return;
+    if (!pTable || nW <= 0 || R <= 3) return;
     const Builder builder{*this, c1, c2, R, nInW, nInH, pTable, nRot % nW, nW, float(360.0 / nW)};
     switch (nMode) {
     case kUnwrap:

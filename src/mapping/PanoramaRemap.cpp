@@ -27,7 +27,7 @@ void FEDSP::Mercator_Projection_360(int c1, int c2, int R, int nInW, int nInH, i
     if (!pTable || nW <= 0) return;
     const float colStep = float(R) / float(nW);
     std::size_t k = 0;
-    for (int r = 0; r < R - 1; ++r) {
+    for (int r = 0; r + 1 < R; ++r) {
         const std::int64_t dy = 2 * std::int64_t(r) - R;
         const float row = float(double(dy) * kSqueeze + c1);
         const float squeeze = rowSqueeze(r, R);
@@ -35,8 +35,9 @@ void FEDSP::Mercator_Projection_360(int c1, int c2, int R, int nInW, int nInH, i
             const std::int64_t dx = 2 * std::int64_t(c) - nW;
             const float distance = FastInvSqrt(float(1.0 / double(float(dx * dx + dy * dy))));
             const float col = float(dx) * colStep / squeeze + float(c2);
-            const bool inside = float(4 * std::int64_t(R)) > distance && row < float(nInH - 2) &&
-                                col < float(nInW - 2) && row > 0 && col > 0;
+            const bool inside = float(4 * std::int64_t(R)) > distance &&
+                                row < float(std::int64_t(nInH) - 2) &&
+                                col < float(std::int64_t(nInW) - 2) && row > 0 && col > 0;
             fe::storeEntry(pTable, k,
                            inside ? fe::entryAt(row, col, m_nPitch) : fe::MapEntry{0, 0});
         }

@@ -2,6 +2,7 @@
 #include "mapping/MapEntry.h"
 
 #include <algorithm>
+#include <climits>
 #include <cmath>
 #include <gtest/gtest.h>
 
@@ -158,10 +159,28 @@ TEST_F(PanoramaPolar, OtherModesNullTablesAndEmptySizesDoNothing)
         EXPECT_TRUE(std::all_of(table.begin(), table.end(), [](int w) { return w == int(kOld); }));
     }
     engine.InitCPIBuffer_360(1, 2, 300, kIn, 1024, nullptr, 0, nullptr, nullptr, 0, 0, kW);
-    for (auto [width, radius] : {std::pair{0, 300}, {-5, 300}, {100, 3}, {100, -300}}) {
+    for (auto [width, radius] :
+         {std::pair{0, 300}, {-5, 300}, {100, 3}, {100, -300}, {100, INT_MIN}}) {
         table.assign(100, int(kOld));
         engine.InitCPIBuffer_360(1, 2, radius, kIn, 1024, table.data(), 7, nullptr, nullptr, 0, 0,
                                  width);
         EXPECT_EQ(table, std::vector<int>(100, int(kOld)));
     }
+}
+
+TEST_F(PanoramaPolar, ATinyInputHasOneEntryForEachPixelAndAnEmptyOne)
+{
+    const int width = 10, pixels = 6;
+    table.assign((pixels + 2) * 2, int(kOld));
+    engine.InitCPIBuffer_360(1, 1, 40, 3, 2, table.data(), 0, nullptr, nullptr, 0, 0, width);
+    EXPECT_TRUE(empty(at(0, pixels, width)));
+    EXPECT_EQ(table[(pixels + 1) * 2], int(kOld));
+}
+
+TEST_F(PanoramaPolar, AnInputOfTheLowestSizeLeavesEveryEntryEmpty)
+{
+    table.assign((37 * kW + 1) * 2, int(kOld));
+    engine.InitCPIBuffer_360(1, 1, 40, INT_MIN, INT_MIN, table.data(), 0, nullptr, nullptr, 2, 0,
+                             kW);
+    EXPECT_TRUE(empty(at(8, 20)));
 }

@@ -1,6 +1,7 @@
 #include "Frames.h"
 #include "mapping/MapEntry.h"
 
+#include <climits>
 #include <gtest/gtest.h>
 
 using namespace fe;
@@ -83,8 +84,16 @@ TEST_F(PanoramaRemap, BeyondFourRadiiIsEmpty)
 TEST_F(PanoramaRemap, NullTablesAndEmptySizesDoNothing)
 {
     engine.Mercator_Projection_360(1, 2, 512, 1400, 1200, nullptr, 0, nullptr, nullptr, 0, kW);
-    for (auto [radius, width] : {std::pair{512, 0}, {512, -3}, {1, 720}, {0, 720}, {-4, 720}})
+    for (auto [radius, width] :
+         {std::pair{512, 0}, {512, -3}, {1, 720}, {0, 720}, {-4, 720}, {INT_MIN, 720}})
         engine.Mercator_Projection_360(1, 2, radius, 1400, 1200, table.data(), 0, nullptr, nullptr,
                                        0, width);
     EXPECT_EQ(table, std::vector<int>(table.size(), -1));
+}
+
+TEST_F(PanoramaRemap, AnInputOfTheLowestSizeLeavesEveryEntryEmpty)
+{
+    build(600, 700, INT_MIN, INT_MIN);
+    EXPECT_TRUE(empty(0, 0));
+    EXPECT_TRUE(empty(kR / 2, kW / 2));
 }
