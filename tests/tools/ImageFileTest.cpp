@@ -2,6 +2,7 @@
 
 #include "ToolTestSupport.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 
 namespace lumofe {
@@ -80,6 +81,16 @@ TEST(ImageFile, TruncatedPngIsRefused)
     file.resize(file.size() / 2);
     EXPECT_NE(errorOf([&] { decodeImage(file, "half.png"); }).find("half.png: damaged"),
               std::string::npos);
+}
+
+TEST(ImageFile, AJpegWithTooManyHuffmanCodesIsRefused)
+{
+    Bytes file = encodeImage(test::gradient({320, 240}), ImageKind::jpeg);
+    const Bytes marker{0xFF, 0xC4};
+    const auto table = std::search(file.begin(), file.end(), marker.begin(), marker.end());
+    ASSERT_LT(table + 21, file.end());
+    std::fill_n(table + 5, 16, std::uint8_t(255)); // codes of each length
+    EXPECT_NE(errorOf([&] { decodeImage(file, "odd.jpg"); }).find("odd.jpg: "), std::string::npos);
 }
 
 TEST(ImageFile, SizesOutsideTheLibrarysRangeAreRefused)
