@@ -1,9 +1,9 @@
 // Serves all sixteen camera slots from a pool of threads, each camera turning on its own.
 //
 // The library takes no locks and needs none: calls for different slots may run at once, those for
-// one slot must not. That holds for Initialize and Close too, each of its own slot, but for the
-// process's first Initialize, which is to return before others start. Here a slot is one queue
-// entry at the most, so never in two threads, and the queue's mutex hands it from one to the next.
+// one slot must not. That holds for Initialize and Close too, each of its own slot. Here a slot is
+// one queue entry at the most, so never in two threads, and the queue's mutex hands it from one to
+// the next.
 #include <LumoFESDK.h>
 #include <condition_variable>
 #include <cstddef>

@@ -1,6 +1,7 @@
 // The entry points by camera slot, and the slot tables.
 #include "api/SlotApi.h"
 
+#include <atomic>
 #include <cstdio>
 
 FEDSP* m_FEDSP[FE_MAX_CAMERAS] = {};
@@ -40,7 +41,8 @@ int unsupported(const char* function)
 
 int Initialize(int nCam, int nInW, int nInH, int nScreenW, int nScreenH, FORMAT)
 {
-    if (bFirstTimeSetup) bFirstTimeSetup = 0;
+    // Set-ups of different slots may run at once.
+    std::atomic_ref(bFirstTimeSetup).store(0, std::memory_order_relaxed);
     if (!checkSlot(nCam) || !checkInputSize(nInW, nInH)) return FE_STATUS_INVALID;
 
     int status = FE_STATUS_OK;
