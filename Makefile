@@ -1,6 +1,6 @@
 # The commands of README.md. Everything else is CMake: see CMakePresets.json.
 
-.PHONY: all check demo dist docs setup format clean
+.PHONY: all check demo dist docs fuzz soak setup format clean
 
 all: setup
 	cmake --preset release-32
@@ -17,6 +17,16 @@ docs: setup
 
 dist: setup
 	scripts/dist.sh
+
+# Until something is found or Ctrl-C.
+fuzz: setup
+	while scripts/fuzz.sh fuzz-64 600 && scripts/fuzz.sh fuzz-32 600 && \
+		scripts/fuzz.sh guard-64 600 && scripts/fuzz.sh guard-32 600; do :; done
+
+soak: setup
+	cmake --preset release-64
+	cmake --build --preset release-64 --target soak
+	build/release-64/bin/soak 200000 >/dev/null
 
 setup:
 	scripts/setup.sh

@@ -23,3 +23,13 @@ if(LUMOFE_SANITIZE)
     add_compile_options(${sanitizers})
     add_link_options(${sanitizers})
 endif()
+
+if(LUMOFE_SANITIZE_THREADS)
+    add_compile_options(-fsanitize=thread)
+    add_link_options(-fsanitize=thread)
+endif()
+
+if(LUMOFE_BUILD_FUZZERS)
+    add_compile_options(-fsanitize=fuzzer-no-link)
+    add_link_options(-fsanitize=fuzzer-no-link)
+endif()

@@ -7,13 +7,14 @@
 set -eu
 cd "$(dirname "$0")/.."
 
-# run PRESET TARGET CTEST-ARGUMENTS...
+# run PRESET TARGETS CTEST-ARGUMENTS...
 run() {
-    preset=$1 target=$2
+    preset=$1 targets=$2
     shift 2
     echo "== $preset"
     cmake --preset "$preset" >/dev/null
-    cmake --build --preset "$preset" --target "$target" -- --quiet
+    # shellcheck disable=SC2086 # a list of targets
+    cmake --build --preset "$preset" --target $targets -- --quiet
     ctest --preset "$preset" "$@"
 }
 
@@ -30,6 +31,10 @@ done
 for preset in debug-32 debug-64 clang-32 clang-64; do
     run "$preset" golden_frames -R '^golden$'
 done
+run threads-64 "api_tests serve_sixteen_cameras" -R '^(api|example_serve_sixteen_cameras)$'
+echo "== fuzzing"
+scripts/fuzz.sh fuzz-64 60
+scripts/fuzz.sh guard-32 0 slots kernels
 echo "== documentation"
 cmake --build --preset release-32 --target draw_directions -- --quiet
 scripts/docs.sh

@@ -2,7 +2,7 @@
 # Installs what building and testing needs on Debian 12, if it is not there: setup.sh
 set -eu
 
-packages="cmake ninja-build g++ g++-multilib clang googletest libcli11-dev libstb-dev binutils doxygen \
+packages="cmake ninja-build g++ g++-multilib clang clang-tidy libclang-rt-14-dev googletest libcli11-dev libstb-dev binutils doxygen \
     abigail-tools groff-base pkgconf"
 
 missing=
