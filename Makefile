@@ -1,6 +1,6 @@
 # The commands of README.md. Everything else is CMake: see CMakePresets.json.
 
-.PHONY: all check demo dist docs fuzz soak setup format clean
+.PHONY: all check demo dist docs fuzz soak tidy setup format clean
 
 all: setup
 	cmake --preset release-32
@@ -27,6 +27,9 @@ soak: setup
 	cmake --preset release-64
 	cmake --build --preset release-64 --target soak
 	build/release-64/bin/soak 200000 >/dev/null
+
+tidy: setup
+	scripts/tidy.sh
 
 setup:
 	scripts/setup.sh

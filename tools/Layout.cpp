@@ -50,6 +50,7 @@ Size largestScreen(View view, Size input)
 bool stripMeetsViews(int height)
 {
     const double upper = height / kUpperPart;
+    // NOLINTNEXTLINE(bugprone-incorrect-roundings): as the library rounds
     return (int(upper + 0.5) & ~3) == (int(upper) & ~3);
 }
 

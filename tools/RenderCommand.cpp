@@ -63,9 +63,9 @@ DewarperSetup setupFor(const RenderOptions& options, Size input, bool video)
 
 void printMedianTime(Dewarper& dewarper, int frames)
 {
-    std::vector<double> times;
-    for (int i = 0; i < frames; ++i)
-        times.push_back(dewarper.renderAgain());
+    std::vector<double> times(static_cast<std::size_t>(frames));
+    for (double& time : times)
+        time = dewarper.renderAgain();
     const auto middle = times.begin() + frames / 2;
     std::nth_element(times.begin(), middle, times.end());
     std::fprintf(stderr, "median of %d frames: %.3f ms\n", frames, *middle);

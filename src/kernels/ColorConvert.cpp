@@ -19,6 +19,7 @@ constexpr Contribution contribution(int lowest, int highest, int zero, double ga
         const int nominal = std::clamp(i, lowest, highest);
         // Kept: half is added to negative values too before the fraction is cut off, so they come
         // out up to 1.5 too high.
+        // NOLINTNEXTLINE(bugprone-incorrect-roundings)
         table[std::size_t(i)] = std::int16_t((nominal - zero) * gain * 64 + 0.5);
     }
     return table;
@@ -41,10 +42,11 @@ void rgbRow(const unsigned char* src, unsigned char* dst, int width)
     for (int x = 0; x + 1 < width; x += 2, src += 4, dst += 6) {
         const unsigned char u = src[1], v = src[3];
         for (int i = 0; i < 2; ++i) {
-            const int luma = kLuma[src[2 * i]];
-            dst[3 * i] = fromScaled(luma + kBlueOfU[u]);
-            dst[3 * i + 1] = fromScaled(luma + kGreenOfU[u] + kGreenOfV[v]);
-            dst[3 * i + 2] = fromScaled(luma + kRedOfV[v]);
+            const int luma = kLuma[src[std::ptrdiff_t(2) * i]];
+            unsigned char* bgr = dst + std::ptrdiff_t(3) * i;
+            bgr[0] = fromScaled(luma + kBlueOfU[u]);
+            bgr[1] = fromScaled(luma + kGreenOfU[u] + kGreenOfV[v]);
+            bgr[2] = fromScaled(luma + kRedOfV[v]);
         }
     }
 }

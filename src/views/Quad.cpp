@@ -15,7 +15,8 @@ fe::ViewFrame quadFrame(const FEDSP& e, const fe::Size& view, double zoomGain)
     frame.viewW = view.w;
     frame.viewH = view.h;
     frame.zoomGain = double(float(zoomGain));
-    frame.base = trunc32((double(e.m_nRadius) - view.h / 2) * 0.1);
+    const int halfHeight = view.h / 2;
+    frame.base = trunc32((double(e.m_nRadius) - halfHeight) * 0.1);
     return frame;
 }
 

@@ -33,7 +33,8 @@ bool renderPair(FEDSP& e, const ViewRule (&rules)[2], const ViewLaw& law, ViewFr
             e.m_pViewImage + (wholeFrame ? 0 : bandImageOffset(rule.position, frame));
         int* table = e.*rule.table;
         if (isKnown(e.m_nFormat) && wholeFrame)
-            e.FCMapping(e.m_nFormat, in, image, tableForFormat(e, table, frame.viewW * frame.viewH),
+            e.FCMapping(e.m_nFormat, in, image,
+                        tableForFormat(e, table, std::int64_t(frame.viewW) * frame.viewH),
                         e.m_nInputW, e.m_nInputH, frame.viewW, frame.viewH, setting);
         else if (isKnown(e.m_nFormat))
             done = e.FCMapping_line(e.m_nFormat, in, image, table, e.m_nInputW, e.m_nInputH,

@@ -9,7 +9,7 @@ namespace lumofe {
 Lens fisheyeLens(int size)
 {
     const double radius = size / 2.0;
-    const double centre = size / 2;
+    const int centre = size / 2;
     return [radius, centre](double column, double row) -> std::optional<Vec3> {
         const double x = column - centre, y = row - centre;
         const double d = std::sqrt(x * x + y * y);
