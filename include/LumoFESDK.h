@@ -11,6 +11,18 @@
 // be served by different threads. The library keeps no pointer to a record or frame beyond a call.
 // It prints diagnostic lines on standard output, among them two timing lines per mapped 4:2:0 view.
 //
+// No call reads or writes outside of the memory that it is handed, and none crashes, whatever its
+// arguments are, as long as every pointer leads to memory of the size stated with it. What cannot
+// be done is refused:
+//
+//     Initialize      1   a slot or input size out of range; the slot is left alone
+//                     2   no memory, or an impossible screen; the slot refuses frames until Close
+//     VideoInput      1   a bad slot, or one without an engine
+//                     16  no frame, or one that the buffers cannot hold; nothing is written
+//     ParamsUpdated   1   a bad slot, a null record, a slot without an engine
+//     Close           1   a bad slot
+//     position calls  0   always; a bad slot, no engine or a null record has no effect
+//
 // The header compiles as C99, where the records have no constructors and IFishEye is opaque, and
 // as C++11 or later.
 #ifndef LUMOFESDK_H
