@@ -1,9 +1,10 @@
 // Every large allocation ends at an unreadable page, as a check that needs no sanitizer.
+#include "ReplacedNew.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
-#include <new>
 #include <sys/mman.h>
 
 namespace {
@@ -20,7 +21,9 @@ struct alignas(kAlignment) Header {
     std::size_t mapped;
 };
 
-void* allocate(std::size_t size)
+} // namespace
+
+void* allocateBlock(std::size_t size)
 {
     if (size > SIZE_MAX / 4) return nullptr;
     const std::size_t total = size + sizeof(Header);
@@ -47,7 +50,7 @@ void* allocate(std::size_t size)
     return block;
 }
 
-void release(void* block)
+void releaseBlock(void* block)
 {
     if (!block) return;
     Header header;
@@ -57,45 +60,4 @@ void release(void* block)
         munmap(header.base, header.mapped);
     else
         std::free(header.base);
-}
-
-void* allocateOrThrow(std::size_t size)
-{
-    if (void* block = allocate(size)) return block;
-    throw std::bad_alloc();
-}
-
-} // namespace
-
-void* operator new(std::size_t size)
-{
-    return allocateOrThrow(size);
-}
-void* operator new[](std::size_t size)
-{
-    return allocateOrThrow(size);
-}
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept
-{
-    return allocate(size);
-}
-void* operator new[](std::size_t size, const std::nothrow_t&) noexcept
-{
-    return allocate(size);
-}
-void operator delete(void* block) noexcept
-{
-    release(block);
-}
-void operator delete[](void* block) noexcept
-{
-    release(block);
-}
-void operator delete(void* block, std::size_t) noexcept
-{
-    release(block);
-}
-void operator delete[](void* block, std::size_t) noexcept
-{
-    release(block);
 }

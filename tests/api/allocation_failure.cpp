@@ -1,7 +1,8 @@
 // Makes each allocation of Initialize fail in turn. A program of its own, because it replaces
-// operator new for everything, the library included.
+// operator new.
 #include "FEDSP.h"
 #include "LumoFESDK.h"
+#include "ReplacedNew.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -14,7 +15,9 @@ long allocations = 0; // since the last set-up
 long failing = 0;     // number of the one that fails, 0 for none
 long living = 0;      // blocks in use
 
-void* allocate(std::size_t size)
+} // namespace
+
+void* allocateBlock(std::size_t size)
 {
     if (++allocations == failing) return nullptr;
     void* block = std::malloc(size ? size : 1);
@@ -22,51 +25,10 @@ void* allocate(std::size_t size)
     return block;
 }
 
-void* allocateOrThrow(std::size_t size)
-{
-    if (void* block = allocate(size)) return block;
-    throw std::bad_alloc();
-}
-
-void release(void* block)
+void releaseBlock(void* block)
 {
     if (block) --living;
     std::free(block);
-}
-
-} // namespace
-
-void* operator new(std::size_t size)
-{
-    return allocateOrThrow(size);
-}
-void* operator new[](std::size_t size)
-{
-    return allocateOrThrow(size);
-}
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept
-{
-    return allocate(size);
-}
-void* operator new[](std::size_t size, const std::nothrow_t&) noexcept
-{
-    return allocate(size);
-}
-void operator delete(void* block) noexcept
-{
-    release(block);
-}
-void operator delete[](void* block) noexcept
-{
-    release(block);
-}
-void operator delete(void* block, std::size_t) noexcept
-{
-    release(block);
-}
-void operator delete[](void* block, std::size_t) noexcept
-{
-    release(block);
 }
 
 namespace {
