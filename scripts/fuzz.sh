@@ -4,7 +4,7 @@
 # PRESET is fuzz-32, fuzz-64 (sanitized), guard-32 or guard-64 (unreadable pages behind every buffer).
 # Each harness (slots, kernels, parsers; default all) first replays its inputs in fuzz/corpus, then
 # goes on for SECONDS seconds, 0 for the replay alone. What it learns is kept in build/corpus, what
-# breaks something in out/fuzz. Two harnesses run at a time.
+# breaks something in out/fuzz. Two harnesses run at a time. LUMOFE_FUZZ_SEED fixes what is tried.
 set -eu
 cd "$(dirname "$0")/.."
 
@@ -30,7 +30,8 @@ fuzz() {
     runs=-1 longest=600
     [ "$seconds" != 0 ] || runs=0
     [ "$1" != parsers ] || longest=4000
-    if "build/$preset/bin/fuzz_$1" -max_total_time="$seconds" -runs=$runs -len_control=0 -max_len=$longest \
+    if "build/$preset/bin/fuzz_$1" -max_total_time="$seconds" -runs=$runs \
+        -seed="${LUMOFE_FUZZ_SEED:-0}" -len_control=0 -max_len=$longest \
         -rss_limit_mb=3000 -timeout=60 -artifact_prefix="out/fuzz/$1-" -print_final_stats=1 \
         "$learned" "fuzz/corpus/$1" >"$log" 2>&1; then
         echo "$preset $1: $(sed -n 's/^stat::number_of_executed_units: *//p' "$log") inputs, nothing found"
