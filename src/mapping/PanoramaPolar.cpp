@@ -48,7 +48,7 @@ struct Builder {
     // Every second radius makes an output row, so a row stands for two input pixels.
     void buildForward(Mode mode) const
     {
-        const std::int64_t inputPixels = std::int64_t(inW) * inH;
+        const std::int64_t inputPixels = inW > 0 && inH > 0 ? std::int64_t(inW) * inH : 0;
         std::size_t written = 0;
         for (int r = 0; r < radius - 3; ++r)
             for (int c = 0; c < width; ++c) {

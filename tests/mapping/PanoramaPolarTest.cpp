@@ -177,6 +177,14 @@ TEST_F(PanoramaPolar, ATinyInputHasOneEntryForEachPixelAndAnEmptyOne)
     EXPECT_EQ(table[(pixels + 1) * 2], int(kOld));
 }
 
+TEST_F(PanoramaPolar, NegativeSizesHaveNoPixels)
+{
+    table.assign(4, int(kOld));
+    engine.InitCPIBuffer_360(1, 1, 40, -5, -7, table.data(), 0, nullptr, nullptr, 0, 0, kW);
+    EXPECT_TRUE(empty(at(0, 0)));
+    EXPECT_EQ(table[2], int(kOld));
+}
+
 TEST_F(PanoramaPolar, AnInputOfTheLowestSizeLeavesEveryEntryEmpty)
 {
     table.assign((37 * kW + 1) * 2, int(kOld));
