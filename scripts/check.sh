@@ -2,8 +2,8 @@
 # Builds and runs every test for both word sizes: check.sh [PRESET...]
 #
 # Without presets: the release and the sanitized builds in full, then the golden hashes of unoptimised
-# and Clang builds, which must be the same, the documentation, which must build without warnings, the
-# binary interface and the release's archives.
+# and Clang builds, which must be the same, slots on threads, a while of fuzzing, the documentation,
+# which must build without warnings, the binary interface and the release's archives.
 set -eu
 cd "$(dirname "$0")/.."
 

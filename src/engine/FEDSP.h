@@ -377,12 +377,11 @@ public:
     unsigned char m_bModeChanged = 0; // set with m_bSetup on every change of the view mode
     unsigned char m_bKeyFlag1 = 0;    // added into the rebuild keys; never set by the library
     unsigned char m_bKeyFlag2 = 0;    // as m_bKeyFlag1
-    unsigned char m_bKeyFlag3 =
-        0; // as m_bKeyFlag1, in the 360 views; rebuilds the single view on every frame
-    unsigned char m_bTall180 = 0; // 1: the 180 picture of the wall is half as much higher again
-    int m_nModeKey = 0;           // view mode + mounting + screen class of the last update
-    int m_nEventPan = 0;          // pan step of the last update, repeated on every frame
-    int m_nEventTilt = 0;         // tilt step of the last update, repeated on every frame
+    unsigned char m_bKeyFlag3 = 0; // as m_bKeyFlag1 in 360 views; single view: rebuild every frame
+    unsigned char m_bTall180 = 0;  // 1: the 180 picture of the wall is half as much higher again
+    int m_nModeKey = 0;            // view mode + mounting + screen class of the last update
+    int m_nEventPan = 0;           // pan step of the last update, repeated on every frame
+    int m_nEventTilt = 0;          // tilt step of the last update, repeated on every frame
 
     // ---- overlay and options: stored, not drawn ----
 
@@ -393,8 +392,7 @@ public:
     short m_nQuadOption = 0;
     int m_nOverlaySpare = 0;
 
-    // ---- sub-view positions: pan in quarter degrees, tilt, zoom steps, offset in input pixels
-    // ----
+    // ---- sub-view positions: pan in quarter degrees, zoom in steps, offset in pixels ----
 
     int m_nQuad1Pan = 0, m_nQuad1Tilt = 0, m_nQuad1Zoom = 0, m_nQuad1Aux = 0;
     int m_nQuad2Pan = 0, m_nQuad2Tilt = 0, m_nQuad2Zoom = 0, m_nQuad2Aux = 0;

@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <numeric>
 #include <random>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -391,15 +392,14 @@ TEST(ColourConversions, NothingToConvertDoesNothing)
     engine.YUY2_to_YUV444_NV12(in, out, 2, -1);
     EXPECT_EQ(row.result(), Bytes(12, 0xEE));
 
-    engine.YUY2_to_RGB24_Normal_c(nullptr, 0, out, 2, 1, 0);
-    engine.RGB24_to_YUY2_Normal_c(nullptr, 0, out, 2, 1, 0);
-    engine.YUY2_to_YUV444(nullptr, out, 2, 1);
-    engine.YUY2_to_NV12_YUV444(nullptr, out, 2, 1);
-    engine.YUY2_to_YUV444_NV12(nullptr, out, 2, 1);
+    using Buffers = std::pair<unsigned char*, unsigned char*>;
+    for (const Buffers& buffers : {Buffers{nullptr, out}, Buffers{in, nullptr}}) {
+        unsigned char *src = buffers.first, *dst = buffers.second;
+        engine.YUY2_to_RGB24_Normal_c(src, 0, dst, 2, 1, 0);
+        engine.RGB24_to_YUY2_Normal_c(src, 0, dst, 2, 1, 0);
+        engine.YUY2_to_YUV444(src, dst, 2, 1);
+        engine.YUY2_to_NV12_YUV444(src, dst, 2, 1);
+        engine.YUY2_to_YUV444_NV12(src, dst, 2, 1);
+    }
     EXPECT_EQ(row.result(), Bytes(12, 0xEE));
-    engine.YUY2_to_RGB24_Normal_c(in, 0, nullptr, 2, 1, 0);
-    engine.RGB24_to_YUY2_Normal_c(in, 0, nullptr, 2, 1, 0);
-    engine.YUY2_to_YUV444(in, nullptr, 2, 1);
-    engine.YUY2_to_NV12_YUV444(in, nullptr, 2, 1);
-    engine.YUY2_to_YUV444_NV12(in, nullptr, 2, 1);
 }
