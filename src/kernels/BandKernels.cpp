@@ -1,6 +1,7 @@
 // The remapping kernels that do a band of output rows per call.
 #include "CBilinear.h"
 
+#include "kernels/RemapOps.h"
 #include "kernels/Sampling.h"
 
 #include <algorithm>
@@ -20,7 +21,10 @@ int mapBand(const unsigned char* src, unsigned char* dst, const int* table, int 
     if (line >= outH || line < 0 || !canMap(src, dst, table, outW, outH, inW)) return line;
     const int end = outH - line > kBandRows ? line + kBandRows : outH;
     const std::size_t rowLength = std::size_t(outW);
-    mapLumaRows(src, dst, table, std::size_t(line) * rowLength, std::size_t(end) * rowLength, inW);
+    const std::size_t first = std::size_t(line) * rowLength;
+    const std::size_t count = std::size_t(end - line) * rowLength;
+    const int* band = table + 2 * first;
+    remapOps(isaInUse()).luma(src, dst + first, band, count, inW, reachOf(band, count));
 
     // Kept: chroma rows are counted like the band's luma rows, so the first half of the bands
     // writes all of them.

@@ -1,8 +1,10 @@
 // The whole-frame remapping kernels.
 #include "CBilinear.h"
 
+#include "kernels/RemapOps.h"
 #include "kernels/Sampling.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
@@ -11,28 +13,32 @@ using namespace fe;
 
 namespace {
 
-// Maps packed pixels of 3 bytes; output byte c comes from source byte order[c].
-void mapPacked(const unsigned char* src, unsigned char* dst, const int* table, int inW, int outW,
-               int outH, const int (&order)[3])
+// Calls take(indices, count) for the chroma of every second entry of a row, in pieces.
+template <class Take>
+void walkChromaRow(const RemapOps& ops, const int* row, int outW, int stride, Take take)
 {
-    if (!canMap(src, dst, table, outW, outH, inW)) return;
-    const std::size_t count = std::size_t(outW) * std::size_t(outH);
-    for (std::size_t k = 0; k < count; ++k, dst += 3) {
-        const MapEntry entry = loadEntry(table, k);
-        const Bilinear sample(entry, 3, std::ptrdiff_t(inW) * 3);
-        for (int c = 0; c < 3; ++c)
-            dst[c] = sample(src + entry.index + order[c]);
+    constexpr std::size_t kPiece = 256;
+    std::int32_t indices[kPiece];
+    const std::size_t samples = (std::size_t(outW) + 1) / 2;
+    for (std::size_t x = 0; x < samples; x += kPiece) {
+        const std::size_t count = std::min(kPiece, samples - x);
+        ops.chromaIndices(indices, row + 4 * x, count, stride);
+        take(indices, count);
     }
 }
 
-// Calls take(chroma index) for each second entry of each second row.
+// Maps the luma plane, and the chroma of every second row by take(indices, count).
 template <class Take>
-void walkChroma(const int* table, int outW, int outH, int stride, Take take)
+void mapPlanes(const unsigned char* src, unsigned char* dst, const int* table, int outW, int outH,
+               int stride, Take take)
 {
-    for (int y = 0; y < outH; y += 2) {
-        const std::size_t row = std::size_t(y) * std::size_t(outW);
-        for (int x = 0; x < outW; x += 2)
-            take(chromaIndex(loadEntry(table, row + std::size_t(x)).index, stride));
+    const RemapOps& ops = remapOps(isaInUse());
+    const std::size_t rowLength = std::size_t(outW);
+    const std::int32_t reach = reachOf(table, rowLength * std::size_t(outH));
+    for (std::size_t y = 0; y < std::size_t(outH); ++y) {
+        const int* row = table + 2 * y * rowLength;
+        ops.luma(src, dst + y * rowLength, row, rowLength, stride, reach);
+        if (y % 2 == 0) walkChromaRow(ops, row, outW, stride, take);
     }
 }
 
@@ -46,15 +52,15 @@ class TickLines {
 public:
     explicit TickLines(const char* kernel) : kernel_(kernel), start_(std::clock()) {}
 
-    void lumaDone()
+    // Luma and chroma are mapped together, so the first line has the time of both.
+    void print() const
     {
         // Kept: nothing counts empty pixels, and the line says so.
         const int emptyPixels = 0;
         std::printf("%s: luma Tick %i, sum_empty_pixel %i\n", kernel_, ticksSince(start_),
                     emptyPixels);
-        start_ = std::clock();
+        std::printf("%s: chroma Tick %i\n", kernel_, 0);
     }
-    void chromaDone() const { std::printf("%s: chroma Tick %i\n", kernel_, ticksSince(start_)); }
 
 private:
     const char* kernel_;
@@ -71,50 +77,56 @@ void CBilinear::Bilinear_RGB24_C(unsigned char* pSrc, unsigned char* pDst, int* 
                                  int nOutW, int nOutH)
 {
     // Kept: red and blue change places.
-    mapPacked(pSrc, pDst, pTbl, nInW, nOutW, nOutH, {2, 1, 0});
+    if (!canMap(pSrc, pDst, pTbl, nOutW, nOutH, nInW)) return;
+    const std::size_t count = std::size_t(nOutW) * std::size_t(nOutH);
+    remapOps(isaInUse())
+        .packedSwapped(pSrc, pDst, pTbl, count, 3 * std::ptrdiff_t(nInW), reachOf(pTbl, count));
 }
 
 void CBilinear::Bilinear_YUV444_C(unsigned char* pSrc, unsigned char* pDst, int* pTbl, int nInW,
                                   int, int nOutW, int nOutH)
 {
-    mapPacked(pSrc, pDst, pTbl, nInW, nOutW, nOutH, {0, 1, 2});
+    if (!canMap(pSrc, pDst, pTbl, nOutW, nOutH, nInW)) return;
+    const std::size_t count = std::size_t(nOutW) * std::size_t(nOutH);
+    remapOps(isaInUse())
+        .packed(pSrc, pDst, pTbl, count, 3 * std::ptrdiff_t(nInW), reachOf(pTbl, count));
 }
 
 void CBilinear::Bilinear_NV12_C(unsigned char* pSrc, unsigned char* pDst, int* pTbl, int, int nInH,
                                 int nOutW, int nOutH, int nStride)
 {
     if (!canMap(pSrc, pDst, pTbl, nOutW, nOutH, nStride)) return;
-    const std::size_t count = std::size_t(nOutW) * std::size_t(nOutH);
     TickLines ticks("Bilinear_NV12_C");
-    mapLumaRows(pSrc, pDst, pTbl, 0, count, nStride);
-    ticks.lumaDone();
-
-    const unsigned char* src = pSrc + std::ptrdiff_t(nStride) * nInH;
-    unsigned char* dst = pDst + count;
-    walkChroma(pTbl, nOutW, nOutH, nStride, [&](std::ptrdiff_t pair) {
-        std::memcpy(dst, src + 2 * pair, 2);
-        dst += 2;
-    });
-    ticks.chromaDone();
+    const unsigned char* chroma = pSrc + std::ptrdiff_t(nStride) * nInH;
+    unsigned char* dst = pDst + std::size_t(nOutW) * std::size_t(nOutH);
+    mapPlanes(pSrc, pDst, pTbl, nOutW, nOutH, nStride,
+              [&](const std::int32_t* pairs, std::size_t n) {
+                  for (std::size_t k = 0; k < n; ++k, dst += 2)
+                      std::memcpy(dst, chroma + 2 * std::ptrdiff_t(pairs[k]), 2);
+              });
+    ticks.print();
 }
 
 void CBilinear::Bilinear_YV12_C(unsigned char* pSrc, unsigned char* pDst, int* pTbl, int, int nInH,
                                 int nOutW, int nOutH, int nStride)
 {
     if (!canMap(pSrc, pDst, pTbl, nOutW, nOutH, nStride)) return;
-    const std::size_t count = std::size_t(nOutW) * std::size_t(nOutH);
     TickLines ticks("Bilinear_YV12_C");
-    mapLumaRows(pSrc, pDst, pTbl, 0, count, nStride);
-    ticks.lumaDone();
-
+    const std::size_t count = std::size_t(nOutW) * std::size_t(nOutH);
     const std::ptrdiff_t luma = std::ptrdiff_t(nStride) * nInH;
-    for (int plane = 0; plane < 2; ++plane) {
-        const unsigned char* src = pSrc + luma + plane * (luma / 4);
-        unsigned char* dst = pDst + count + std::size_t(plane) * (count / 4);
-        walkChroma(pTbl, nOutW, nOutH, nStride,
-                   [&](std::ptrdiff_t sample) { *dst++ = src[sample]; });
-    }
-    ticks.chromaDone();
+    const unsigned char* first = pSrc + luma;
+    const unsigned char* second = first + luma / 4;
+    unsigned char* const plane = pDst + count;
+    std::size_t done = 0;
+    mapPlanes(pSrc, pDst, pTbl, nOutW, nOutH, nStride,
+              [&](const std::int32_t* samples, std::size_t n) {
+                  for (std::size_t k = 0; k < n; ++k, ++done) {
+                      // Of odd sizes the first plane would reach into the second, which wins.
+                      if (done < count / 4) plane[done] = first[samples[k]];
+                      plane[count / 4 + done] = second[samples[k]];
+                  }
+              });
+    ticks.print();
 }
 
 void CBilinear::invBilinear_NV12_C(unsigned char* pSrc, unsigned char* pDst, int* pTbl, int nInW,
@@ -132,13 +144,16 @@ void CBilinear::invBilinear_NV12_C(unsigned char* pSrc, unsigned char* pDst, int
 
     const unsigned char* src = pSrc + std::ptrdiff_t(nInW) * nInH;
     unsigned char* dst = pDst + count;
-    walkChroma(pTbl, nOutW, nOutH, nInW, [&](std::ptrdiff_t pair) {
-        dst[0] = src[2 * pair + 1];
-        dst[1] = src[2 * pair];
-        // Kept: whatever the source's chroma is, the picture is grey.
-        std::memset(dst, 0x80, 2);
-        dst += 2;
-    });
+    const auto grey = [&](const std::int32_t* pairs, std::size_t n) {
+        for (std::size_t k = 0; k < n; ++k, dst += 2) {
+            dst[0] = src[2 * std::ptrdiff_t(pairs[k]) + 1];
+            dst[1] = src[2 * std::ptrdiff_t(pairs[k])];
+            // Kept: whatever the source's chroma is, the picture is grey.
+            std::memset(dst, 0x80, 2);
+        }
+    };
+    for (std::size_t y = 0; y < std::size_t(nOutH); y += 2)
+        walkChromaRow(remapOps(isaInUse()), pTbl + 2 * y * std::size_t(nOutW), nOutW, nInW, grey);
 }
 
 void CBilinear::Bilinear_RGB24(unsigned char* pSrc, unsigned char* pDst, int* pTbl, int nInW,

@@ -1,4 +1,4 @@
-// The two ways in which a kernel reads the source: interpolated luma and nearest chroma.
+// The two ways in which a kernel reads the source: interpolated samples and nearest chroma.
 #ifndef LUMOFE_SAMPLING_H
 #define LUMOFE_SAMPLING_H
 
@@ -35,15 +35,6 @@ inline std::ptrdiff_t chromaIndex(std::int32_t index, int stride)
     const std::int32_t row = index / stride;
     const std::int32_t col = index - row * stride;
     return std::ptrdiff_t(stride >> 1) * (row >> 1) + (col >> 1);
-}
-
-inline void mapLumaRows(const unsigned char* src, unsigned char* dst, const int* table,
-                        std::size_t first, std::size_t last, int stride)
-{
-    for (std::size_t k = first; k < last; ++k) {
-        const MapEntry entry = loadEntry(table, k);
-        dst[k] = Bilinear(entry, 1, stride)(src + entry.index);
-    }
 }
 
 // True when a kernel has something to do.

@@ -1,0 +1,193 @@
+// The remapping loops for x86 vectors of any width, written once. A file of one instruction set
+// includes this after nothing else and instantiates it with its vectors; everything has internal
+// linkage, so that no other file can end up with its instructions.
+//
+// In exact integers, with fractions fx, fy in 0..256 and the neighbours P00 P01 / P10 P11:
+//
+//     top    = 256 * P00 + fx * (P01 - P00)      modulo 2^16, which is enough: it is 0..65280
+//     bottom = 256 * P10 + fx * (P11 - P10)
+//     value  = (top * (256 - fy) + bottom * fy) >> 16
+//
+// The last line's products are signed, so top and bottom lose 32768 and the value 128 meanwhile.
+//
+// The neighbours of a row are the last two of four bytes loaded at once (of eight for packed
+// pixels). Blocks whose first index is too low for that, with fractions above 256, or with
+// neighbours of weight 0 that may not exist, go to the plain loop.
+#include "kernels/RemapOps.h"
+
+#include <cstring>
+
+namespace {
+
+constexpr std::size_t kBlock = 16;   // entries
+constexpr std::size_t kAhead = 2048; // bytes of the table that are fetched ahead
+
+inline const int* entryAddress(const int* table, std::size_t k)
+{
+    return table + 2 * k;
+}
+
+inline std::int32_t indexOf(const int* block, int entry)
+{
+    std::int32_t index;
+    std::memcpy(&index, block + 2 * entry + 1, sizeof index);
+    return index;
+}
+
+// The block's entries as vectors: mask of those that the vectors must leave to the plain loop.
+template <class V>
+typename V::Vec hardEntries(typename V::Vec fractions, typename V::Vec indices,
+                            typename V::Vec reach)
+{
+    const auto tooLarge = V::saturatedSub16(fractions, V::all16(256));
+    const auto tooLow = V::greater32(V::all32(2), indices);
+    const auto weightless = V::equal16(fractions, V::zero());
+    return V::bitOr(V::bitOr(tooLarge, tooLow),
+                    V::bitAnd(weightless, V::greater32(indices, reach)));
+}
+
+template <class V>
+bool isHard(const int* block, typename V::Vec reach)
+{
+    auto hard = V::zero();
+    for (std::size_t k = 0; k < kBlock; k += V::kLanes) {
+        typename V::Vec fractions, indices;
+        V::loadEntries(entryAddress(block, k), fractions, indices);
+        hard = V::bitOr(hard, hardEntries<V>(fractions, indices, reach));
+    }
+    return V::any(hard);
+}
+
+// Interpolates horizontally: p0 and p1 in the words of a vector, with the weight of p1.
+template <class V>
+typename V::Vec between(typename V::Vec p0, typename V::Vec p1, typename V::Vec weight)
+{
+    const auto value = V::add16(V::template left16<8>(p0), V::mul16(V::sub16(p1, p0), weight));
+    return V::bitXor(value, V::all16(-32768));
+}
+
+// The weights 256 - fy, fy of each entry in its two words, from fy in both.
+template <class V>
+typename V::Vec verticalWeights(typename V::Vec fy)
+{
+    return V::add16(V::bitXor(fy, V::all32(0xFFFF)), V::all32(257));
+}
+
+// The values of kLanes entries, less 128, in the upper words.
+template <class V>
+typename V::Vec lumaLanes(const unsigned char* src, const int* block, int stride)
+{
+    typename V::Vec fractions, indices;
+    V::loadEntries(block, fractions, indices);
+    const auto top = V::gather(src - 2, block);
+    const auto bottom = V::gather(src - 2 + stride, block);
+    const auto pairs = V::upperWords(top, bottom);
+    const auto p0 = V::template right16<8>(V::template left16<8>(pairs));
+    const auto rows = between<V>(p0, V::template right16<8>(pairs), V::bothUpper(fractions));
+    return V::multiplyAdd(rows, verticalWeights<V>(V::bothLower(fractions)));
+}
+
+template <class V>
+void mapLuma(const unsigned char* src, unsigned char* dst, const int* table, std::size_t count,
+             int stride, std::int32_t highest)
+{
+    const auto reach = V::all32(highest);
+    std::size_t k = 0;
+    for (; k + kBlock <= count; k += kBlock) {
+        const int* block = entryAddress(table, k);
+        V::prefetch(reinterpret_cast<const unsigned char*>(block) + kAhead);
+        V::prefetch(reinterpret_cast<const unsigned char*>(block) + kAhead + 64);
+        if (isHard<V>(block, reach)) {
+            fe::kRemapPlain.luma(src, dst + k, block, kBlock, stride, highest);
+            continue;
+        }
+        typename V::Vec values[kBlock / V::kLanes];
+        for (std::size_t i = 0; i < kBlock / V::kLanes; ++i)
+            values[i] = lumaLanes<V>(src, entryAddress(block, i * V::kLanes), stride);
+        V::storeBytes(dst + k, values);
+    }
+    fe::kRemapPlain.luma(src, dst + k, entryAddress(table, k), count - k, stride, highest);
+}
+
+// One pixel in each 128-bit lane of the result: its bytes, less 128, in the upper words of the
+// first three double words.
+template <class V>
+typename V::Vec packedPixels(const unsigned char* src, const int* block, int pixel,
+                             typename V::Vec fractions, std::ptrdiff_t rowBytes)
+{
+    const auto bytes = V::interleave8(V::loadPixels(src - 2, block, pixel),
+                                      V::loadPixels(src - 2 + rowBytes, block, pixel));
+    const auto p0 = V::interleave8(V::template dropBytes<4>(bytes), V::zero());
+    const auto p1 = V::interleave8(V::template dropBytes<10>(bytes), V::zero());
+    const auto own = V::broadcast(fractions, pixel);
+    const auto rows = between<V>(p0, p1, V::bothUpper(own));
+    return V::multiplyAdd(rows, verticalWeights<V>(V::bothLower(own)));
+}
+
+template <class V, bool swapped>
+void mapPacked(const unsigned char* src, unsigned char* dst, const int* table, std::size_t count,
+               std::ptrdiff_t rowBytes, std::int32_t highest)
+{
+    const auto plain = swapped ? fe::kRemapPlain.packedSwapped : fe::kRemapPlain.packed;
+    const auto reach = V::all32(highest);
+    std::size_t k = 0;
+    for (; k + kBlock <= count; k += kBlock) {
+        const int* block = entryAddress(table, k);
+        V::prefetch(reinterpret_cast<const unsigned char*>(block) + kAhead);
+        V::prefetch(reinterpret_cast<const unsigned char*>(block) + kAhead + 64);
+        if (isHard<V>(block, reach)) {
+            plain(src, dst + 3 * k, block, kBlock, rowBytes, highest);
+            continue;
+        }
+        for (std::size_t i = 0; i < kBlock; i += V::kLanes) {
+            const int* lanes = entryAddress(block, i);
+            typename V::Vec pixels[4];
+            const auto fractions = V::fractionsInOrder(lanes);
+            for (int p = 0; p < 4; ++p)
+                pixels[p] = packedPixels<V>(src, lanes, p, fractions, rowBytes);
+            V::template storePixels<swapped>(dst + 3 * (k + i), pixels);
+        }
+    }
+    plain(src, dst + 3 * k, entryAddress(table, k), count - k, rowBytes, highest);
+}
+
+// Divides numbers below 2^31 by multiplying with m / 2^(31 + s), m = floor(2^(31 + s) / d) + 1 and
+// 2^(s-1) < d <= 2^s. Source: Granlund, Montgomery, "Division by invariant integers using
+// multiplication", PLDI 1994.
+struct Reciprocal {
+    std::uint32_t m;
+    int shift;
+
+    explicit Reciprocal(int divisor) : m(0), shift(31)
+    {
+        while ((std::int64_t(1) << (shift - 31)) < divisor)
+            ++shift;
+        m = std::uint32_t((std::uint64_t(1) << shift) / std::uint32_t(divisor) + 1);
+    }
+};
+
+template <class V>
+void chromaIndices(std::int32_t* indices, const int* table, std::size_t count, int stride)
+{
+    const Reciprocal reciprocal(stride);
+    const auto m = V::all32(int(reciprocal.m));
+    const auto halfStride = V::all32(stride >> 1);
+    const auto length = V::all32(stride);
+    std::size_t k = 0;
+    // The last vector of entries would reach behind the table.
+    for (; k + V::kLanes < count; k += V::kLanes) {
+        const int* block = entryAddress(table, 2 * k);
+        const auto index = V::secondIndices(block);
+        if (V::any(V::greater32(V::zero(), index))) {
+            fe::kRemapPlain.chromaIndices(indices + k, block, V::kLanes, stride);
+            continue;
+        }
+        const auto row = V::highProduct(index, m, reciprocal.shift);
+        const auto column = V::sub32(index, V::mul32(row, length));
+        const auto first = V::mul32(V::template right32<1>(row), halfStride);
+        V::store(indices + k, V::add32(first, V::template right32<1>(column)));
+    }
+    fe::kRemapPlain.chromaIndices(indices + k, entryAddress(table, 2 * k), count - k, stride);
+}
+
+} // namespace

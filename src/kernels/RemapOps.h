@@ -1,0 +1,41 @@
+// Inner loops of the remapping kernels. Every variant writes the same bytes as the plain one for
+// any table whatever. Of the source it reads what the plain one reads, and at most bytes between
+// those and the plane's first one.
+#ifndef LUMOFE_REMAPOPS_H
+#define LUMOFE_REMAPOPS_H
+
+#include "kernels/Isa.h"
+
+#include <cstddef>
+#include <cstdint>
+
+namespace fe {
+
+// Tables have two 32-bit words an entry, see CBilinear.h; they may be unaligned.
+struct RemapOps {
+    // One byte a pixel. `count` entries; `stride` is the distance of two rows; `reach` is reachOf()
+    // of this table or of one that it is a part of.
+    void (*luma)(const unsigned char* src, unsigned char* dst, const int* table, std::size_t count,
+                 int stride, std::int32_t reach);
+    // Three bytes a pixel; indices and rowBytes count bytes.
+    void (*packed)(const unsigned char* src, unsigned char* dst, const int* table,
+                   std::size_t count, std::ptrdiff_t rowBytes, std::int32_t reach);
+    // The same; bytes 0 and 2 of a pixel change places.
+    void (*packedSwapped)(const unsigned char* src, unsigned char* dst, const int* table,
+                          std::size_t count, std::ptrdiff_t rowBytes, std::int32_t reach);
+    // Index of the chroma sample of each second entry: `count` indices of 2 * count - 1 entries.
+    void (*chromaIndices)(std::int32_t* indices, const int* table, std::size_t count, int stride);
+};
+
+// A high index all of whose neighbours have a weight: those of lower indices exist, too. -1 if
+// there is none. Looks at some of the entries only.
+std::int32_t reachOf(const int* table, std::size_t count);
+
+extern const RemapOps kRemapPlain, kRemapSse2, kRemapSsse3, kRemapAvx2;
+
+// The variant for an instruction set that the processor has.
+const RemapOps& remapOps(Isa isa);
+
+} // namespace fe
+
+#endif
