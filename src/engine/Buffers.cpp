@@ -2,7 +2,7 @@
 #include "engine/Buffers.h"
 
 #include "engine/Numeric.h"
-#include "views/PackedTable.h"
+#include "views/TableForms.h"
 
 #include <algorithm>
 #include <cstring>
@@ -220,5 +220,5 @@ void FEDSP::DeleteAccess_ctr_Mem()
     std::fill(std::begin(m_nCapacity), std::end(m_nCapacity), std::size_t(0));
     m_pBlock = nullptr;
     m_nBlockSize = 0;
-    fe::dropPackedTables(*this);
+    fe::tablesChanged(*this);
 }

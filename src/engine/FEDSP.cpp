@@ -2,6 +2,7 @@
 #include "FEDSP.h"
 
 #include "engine/SubViews.h"
+#include "views/TableForms.h"
 
 #include <algorithm>
 #include <cmath>
@@ -55,7 +56,7 @@ void FEDSP::FE_Initialize(int nCam, int nInW, int nInH, int nScreenRes)
     std::fill(std::begin(m_nCapacity), std::end(m_nCapacity), std::size_t(0));
     m_pBlock = nullptr;
     m_nBlockSize = 0;
-    std::fill(std::begin(m_nPackedEntries), std::end(m_nPackedEntries), 0);
+    fe::tablesChanged(*this);
 
     // The first frame decides anew, with another threshold.
     m_bLargeInput = nInW >= 2560;

@@ -41,6 +41,18 @@ public:
         FISHSETTINGPARAM() : bEnabled(1) {}
     };
 
+    // What the second form of a table in m_pMapWork was made for.
+    struct TABLEPLAN {
+        int nUses;       // 0 not used yet, 1 being made, 2 made, 3 it would not pay
+        int nFirstEntry; // where in the table
+        int nW;          // size of the picture, pixels
+        int nH;          // its height
+        int nPitch;      // m_nPitch
+        int nRows;       // pairs of rows that are done
+        int nOddTiles;   // tiles in them that do not fit
+        TABLEPLAN() : nUses(0), nFirstEntry(0), nW(0), nH(0), nPitch(0), nRows(0), nOddTiles(0) {}
+    };
+
     FEDSP();  // no size, no buffers: call FE_Initialize next
     ~FEDSP(); // frees no buffers: call DeleteAccess_ctr_Mem before
     FEDSP(const FEDSP&) = delete;
@@ -437,12 +449,13 @@ public:
     int* m_pSubMapA = nullptr;              // mapping table, see CBilinear.h: quad and 360 view 2
     int* m_pSubMapB = nullptr;              // mapping table: quad and 360 view 1
     int* m_pMapTable = nullptr;             // mapping table: everything else
-    int* m_pMapWork = nullptr;         // copies of the tables with byte offsets, for packed frames
-    unsigned char* m_pSpare[9] = {};   // not used; freed with the others when a host sets them
-    std::size_t m_nCapacity[8] = {};   // bytes that each buffer really holds
-    unsigned char* m_pBlock = nullptr; // host's block, when the buffers were carved from one
-    unsigned int m_nBlockSize = 0;     // its bytes
-    int m_nPackedEntries[3] = {}; // entries of each table's copy in m_pMapWork that are up to date
+    int* m_pMapWork = nullptr;              // second forms of the tables, made from them
+    unsigned char* m_pSpare[9] = {};        // not used; freed with the others when a host sets them
+    std::size_t m_nCapacity[8] = {};        // bytes that each buffer really holds
+    unsigned char* m_pBlock = nullptr;      // host's block, when the buffers were carved from one
+    unsigned int m_nBlockSize = 0;          // its bytes
+    int m_nPackedEntries[3] = {}; // packed frames: entries of each table's copy that are up to date
+    TABLEPLAN m_Plans[3];         // 4:2:0 frames: what each table's second form was made for
     unsigned char* m_pOutput = nullptr; // caller's output frame during a call
     long long m_nOutputBytes = 0;       // its bytes
 

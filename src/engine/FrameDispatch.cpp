@@ -4,7 +4,7 @@
 #include "engine/Buffers.h"
 #include "engine/LayoutNeeds.h"
 #include "engine/SubViews.h"
-#include "views/PackedTable.h"
+#include "views/TableForms.h"
 
 #include <algorithm>
 #include <cstring>
@@ -59,7 +59,7 @@ void takeOverFrame(FEDSP& e, int w, int h, FORMAT format)
     e.m_fScaleY = float(h / 1024.0);
     e.m_nFormat = format;
     e.m_bLargeInput = w > 2048;
-    fe::dropPackedTables(e);
+    fe::tablesChanged(e);
     if (e.m_nScreenRes == 16)
         e.OnScreenres16();
     else

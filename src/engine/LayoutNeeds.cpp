@@ -90,7 +90,7 @@ private:
             raise(kPanoImage, imageBytes(e_.m_nPanoH, radius / 2));
         }
     }
-    // The copies of the tables lie behind one another, see PackedTable.cpp.
+    // The copies of the tables lie behind one another, see TableForms.cpp.
     void addPackedTables()
     {
         const auto capacity = [this](Buffer b) { return std::int64_t(e_.m_nCapacity[b]); };

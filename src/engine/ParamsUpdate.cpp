@@ -4,7 +4,7 @@
 #include "engine/Buffers.h"
 #include "engine/Numeric.h"
 #include "engine/SubViews.h"
-#include "views/PackedTable.h"
+#include "views/TableForms.h"
 
 #include <algorithm>
 
@@ -98,7 +98,7 @@ void FEDSP::OnViewModeChange()
     fe::fillBuffer(*this, fe::kSubMapA, subArea * 8, 0);
     fe::fillBuffer(*this, fe::kSubMapB, subArea * 8, 0);
     fe::fillBuffer(*this, fe::kMapTable, panoArea * 8, 0);
-    fe::dropPackedTables(*this);
+    fe::tablesChanged(*this);
     fe::fillBuffer(*this, fe::kPanoImage, panoArea * 2, 128);
     fe::fillBuffer(*this, fe::kViewImage, screenW * screenW * 2, 0);
     fe::fillBuffer(*this, fe::kWorkImageA, panoArea * 2, 0);

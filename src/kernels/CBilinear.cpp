@@ -3,11 +3,10 @@
 
 #include "kernels/RemapOps.h"
 #include "kernels/Sampling.h"
+#include "kernels/TickLines.h"
 
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
-#include <ctime>
 
 using namespace fe;
 
@@ -41,31 +40,6 @@ void mapPlanes(const unsigned char* src, unsigned char* dst, const int* table, i
         if (y % 2 == 0) walkChromaRow(ops, row, outW, stride, take);
     }
 }
-
-int ticksSince(std::clock_t start)
-{
-    return std::abs(int(start - std::clock()));
-}
-
-// Prints the two timing lines of a kernel.
-class TickLines {
-public:
-    explicit TickLines(const char* kernel) : kernel_(kernel), start_(std::clock()) {}
-
-    // Luma and chroma are mapped together, so the first line has the time of both.
-    void print() const
-    {
-        // Kept: nothing counts empty pixels, and the line says so.
-        const int emptyPixels = 0;
-        std::printf("%s: luma Tick %i, sum_empty_pixel %i\n", kernel_, ticksSince(start_),
-                    emptyPixels);
-        std::printf("%s: chroma Tick %i\n", kernel_, 0);
-    }
-
-private:
-    const char* kernel_;
-    std::clock_t start_;
-};
 
 } // namespace
 

@@ -5,6 +5,18 @@
 
 namespace {
 
+// Bytes 4 * i to 4 * i + 3 of both lanes, each four times, or twice with a zero behind it.
+alignas(16) constexpr unsigned char kFourTimes[4][16] = {
+    {0, 0, 0, 0, 1, 1, 1, 1, 2, 2, 2, 2, 3, 3, 3, 3},
+    {4, 4, 4, 4, 5, 5, 5, 5, 6, 6, 6, 6, 7, 7, 7, 7},
+    {8, 8, 8, 8, 9, 9, 9, 9, 10, 10, 10, 10, 11, 11, 11, 11},
+    {12, 12, 12, 12, 13, 13, 13, 13, 14, 14, 14, 14, 15, 15, 15, 15}};
+alignas(16) constexpr unsigned char kTwice[4][16] = {
+    {0, 255, 0, 255, 1, 255, 1, 255, 2, 255, 2, 255, 3, 255, 3, 255},
+    {4, 255, 4, 255, 5, 255, 5, 255, 6, 255, 6, 255, 7, 255, 7, 255},
+    {8, 255, 8, 255, 9, 255, 9, 255, 10, 255, 10, 255, 11, 255, 11, 255},
+    {12, 255, 12, 255, 13, 255, 13, 255, 14, 255, 14, 255, 15, 255, 15, 255}};
+
 struct Avx2Vectors {
     using Vec = __m256i;
     // Entries in a vector, in the order 0 1 4 5, 2 3 6 7 where nothing else is said.
@@ -147,6 +159,65 @@ struct Avx2Vectors {
         return _mm256_shuffle_epi8(a, _mm256_broadcastsi128_si256(order));
     }
 
+    static Vec add8(Vec a, Vec b) { return _mm256_add_epi8(a, b); }
+    static Vec shuffle8(Vec a, Vec order) { return _mm256_shuffle_epi8(a, order); }
+    static Vec inBothLanes(const unsigned char* p)
+    {
+        return _mm256_broadcastsi128_si256(_mm_load_si128(reinterpret_cast<const __m128i*>(p)));
+    }
+    static Vec loadBytes(const unsigned char* p)
+    {
+        return _mm256_loadu_si256(reinterpret_cast<const Vec*>(p));
+    }
+    static Vec eachFourTimes(const unsigned char* bytes, std::size_t i)
+    {
+        return _mm256_shuffle_epi8(loadBytes(bytes), inBothLanes(kFourTimes[i]));
+    }
+    static Vec eachTwice(const unsigned char* bytes, std::size_t i)
+    {
+        return _mm256_shuffle_epi8(loadBytes(bytes), inBothLanes(kTwice[i]));
+    }
+    template <bool wide>
+    static void loadWindows(const unsigned char* src, std::ptrdiff_t row,
+                            const std::int32_t* window, Vec (&windows)[1])
+    {
+        const unsigned char* p = src + window[0];
+        const unsigned char* p3 = p + 3 * row;
+        if constexpr (wide) {
+            Vec a = broadcast32(p);
+            a = _mm256_blend_epi32(a, broadcast32(p + row), 0x22);
+            a = _mm256_blend_epi32(a, broadcast32(p + 2 * row), 0x44);
+            windows[0] = _mm256_blend_epi32(a, broadcast32(p3), 0x88);
+        } else {
+            const unsigned char* q = src + window[1];
+            const unsigned char* q3 = q + 3 * row;
+            Vec a = broadcast32(p), b = broadcast32(q);
+            a = _mm256_blend_epi32(a, broadcast32(p + row), 0x02);
+            b = _mm256_blend_epi32(b, broadcast32(q + row), 0x20);
+            a = _mm256_blend_epi32(a, broadcast32(p + 2 * row), 0x04);
+            b = _mm256_blend_epi32(b, broadcast32(q + 2 * row), 0x40);
+            a = _mm256_blend_epi32(a, broadcast32(p3), 0x08);
+            b = _mm256_blend_epi32(b, broadcast32(q3), 0x80);
+            windows[0] = _mm256_blend_epi32(a, b, 0xF0);
+        }
+    }
+    static void storeTiles(unsigned char* top, unsigned char* bottom, const Vec (&values)[4])
+    {
+        Vec v[4];
+        for (int i = 0; i < 4; ++i)
+            v[i] = _mm256_srai_epi32(values[i], 16);
+        const Vec bytes =
+            _mm256_packs_epi16(_mm256_packs_epi32(v[0], v[1]), _mm256_packs_epi32(v[2], v[3]));
+        const Vec order = _mm256_broadcastsi128_si256(
+            _mm_setr_epi8(0, 1, 4, 5, 8, 9, 12, 13, 2, 3, 6, 7, 10, 11, 14, 15));
+        const Vec rows =
+            _mm256_shuffle_epi8(_mm256_xor_si256(bytes, _mm256_set1_epi8(-128)), order);
+        const __m128i even = _mm256_castsi256_si128(rows);
+        const __m128i odd = _mm256_extracti128_si256(rows, 1);
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(top), _mm_unpacklo_epi16(even, odd));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(bottom), _mm_unpackhi_epi16(even, odd));
+    }
+
     static void storeBytes(unsigned char* dst, const Vec (&values)[2])
     {
         const Vec words =
@@ -184,6 +255,7 @@ struct Avx2Vectors {
 namespace fe {
 
 const RemapOps kRemapAvx2{mapLuma<Avx2Vectors>, mapPacked<Avx2Vectors, false>,
-                          mapPacked<Avx2Vectors, true>, chromaIndices<Avx2Vectors>};
+                          mapPacked<Avx2Vectors, true>, chromaIndices<Avx2Vectors>,
+                          planRow<Avx2Vectors>};
 
 } // namespace fe

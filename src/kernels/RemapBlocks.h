@@ -58,14 +58,6 @@ bool isHard(const int* block, typename V::Vec reach)
     return V::any(hard);
 }
 
-// Interpolates horizontally: p0 and p1 in the words of a vector, with the weight of p1.
-template <class V>
-typename V::Vec between(typename V::Vec p0, typename V::Vec p1, typename V::Vec weight)
-{
-    const auto value = V::add16(V::template left16<8>(p0), V::mul16(V::sub16(p1, p0), weight));
-    return V::bitXor(value, V::all16(-32768));
-}
-
 // The weights 256 - fy, fy of each entry in its two words, from fy in both.
 template <class V>
 typename V::Vec verticalWeights(typename V::Vec fy)
@@ -73,7 +65,18 @@ typename V::Vec verticalWeights(typename V::Vec fy)
     return V::add16(V::bitXor(fy, V::all32(0xFFFF)), V::all32(257));
 }
 
-// The values of kLanes entries, less 128, in the upper words.
+// Interpolates in double words that hold P00 P01 P10 P11, with each fraction in both words. The
+// values, less 128, are in the upper words.
+template <class V>
+typename V::Vec interpolate(typename V::Vec samples, typename V::Vec fx, typename V::Vec fy)
+{
+    const auto left = V::template left16<8>(samples); // times 256
+    const auto step = V::sub16(V::template right16<8>(samples), V::template right16<8>(left));
+    const auto rows = V::bitXor(V::add16(left, V::mul16(step, fx)), V::all16(-32768));
+    return V::multiplyAdd(rows, verticalWeights<V>(fy));
+}
+
+// kLanes entries.
 template <class V>
 typename V::Vec lumaLanes(const unsigned char* src, const int* block, int stride)
 {
@@ -81,10 +84,8 @@ typename V::Vec lumaLanes(const unsigned char* src, const int* block, int stride
     V::loadEntries(block, fractions, indices);
     const auto top = V::gather(src - 2, block);
     const auto bottom = V::gather(src - 2 + stride, block);
-    const auto pairs = V::upperWords(top, bottom);
-    const auto p0 = V::template right16<8>(V::template left16<8>(pairs));
-    const auto rows = between<V>(p0, V::template right16<8>(pairs), V::bothUpper(fractions));
-    return V::multiplyAdd(rows, verticalWeights<V>(V::bothLower(fractions)));
+    return interpolate<V>(V::upperWords(top, bottom), V::bothUpper(fractions),
+                          V::bothLower(fractions));
 }
 
 template <class V>
@@ -109,6 +110,40 @@ void mapLuma(const unsigned char* src, unsigned char* dst, const int* table, std
     fe::kRemapPlain.luma(src, dst + k, entryAddress(table, k), count - k, stride, highest);
 }
 
+// One block of a plan. A vector holds one tile of a pair or both; the values of tiles 0, 2, 4, 6
+// come first, with those of 1, 3, 5, 7 in their upper lanes or behind them.
+template <class V, bool wide>
+void planBlock(const fe::PlanBlock& block, const unsigned char* src, std::ptrdiff_t stride,
+               unsigned char* top, unsigned char* bottom)
+{
+    constexpr std::size_t kPairs = 4, kVectors = 8 / V::kLanes; // vectors of a pair
+    typename V::Vec values[kPairs * kVectors];
+    for (std::size_t pair = 0; pair < kPairs; ++pair) {
+        typename V::Vec windows[kVectors];
+        V::template loadWindows<wide>(src, stride, block.window + 2 * pair, windows);
+        for (std::size_t v = 0; v < kVectors; ++v) {
+            const auto place =
+                V::add8(V::eachFourTimes(block.position + 16 * v, pair), V::all32(0x05040100));
+            values[v * kPairs + pair] = interpolate<V>(V::shuffle8(windows[v], place),
+                                                       V::eachTwice(block.fx + 16 * v, pair),
+                                                       V::eachTwice(block.fy + 16 * v, pair));
+        }
+    }
+    V::storeTiles(top, bottom, values);
+}
+
+template <class V>
+void planRow(const fe::PlanBlock* blocks, std::size_t count, const unsigned char* src, int stride,
+             unsigned char* top, unsigned char* bottom)
+{
+    for (; count != 0; --count, ++blocks, top += fe::kPlanBlockW, bottom += fe::kPlanBlockW) {
+        if (blocks->window[1] == fe::PlanBlock::kWide)
+            planBlock<V, true>(*blocks, src, stride, top, bottom);
+        else
+            planBlock<V, false>(*blocks, src, stride, top, bottom);
+    }
+}
+
 // One pixel in each 128-bit lane of the result: its bytes, less 128, in the upper words of the
 // first three double words.
 template <class V>
@@ -120,7 +155,9 @@ typename V::Vec packedPixels(const unsigned char* src, const int* block, int pix
     const auto p0 = V::interleave8(V::template dropBytes<4>(bytes), V::zero());
     const auto p1 = V::interleave8(V::template dropBytes<10>(bytes), V::zero());
     const auto own = V::broadcast(fractions, pixel);
-    const auto rows = between<V>(p0, p1, V::bothUpper(own));
+    const auto rows = V::bitXor(
+        V::add16(V::template left16<8>(p0), V::mul16(V::sub16(p1, p0), V::bothUpper(own))),
+        V::all16(-32768));
     return V::multiplyAdd(rows, verticalWeights<V>(V::bothLower(own)));
 }
 

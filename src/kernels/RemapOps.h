@@ -5,6 +5,7 @@
 #define LUMOFE_REMAPOPS_H
 
 #include "kernels/Isa.h"
+#include "kernels/PlanBlock.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -25,6 +26,10 @@ struct RemapOps {
                           std::size_t count, std::ptrdiff_t rowBytes, std::int32_t reach);
     // Index of the chroma sample of each second entry: `count` indices of 2 * count - 1 entries.
     void (*chromaIndices)(std::int32_t* indices, const int* table, std::size_t count, int stride);
+    // Luma of `count` neighbouring blocks of a plan, two rows of output. Reads the whole windows.
+    // Null where a plan would not pay.
+    void (*planRow)(const PlanBlock* blocks, std::size_t count, const unsigned char* src,
+                    int stride, unsigned char* top, unsigned char* bottom);
 };
 
 // A high index all of whose neighbours have a weight: those of lower indices exist, too. -1 if

@@ -47,6 +47,6 @@ void chromaIndices(std::int32_t* indices, const int* table, std::size_t count, i
 
 } // namespace
 
-const RemapOps kRemapPlain{luma, packed, packedSwapped, chromaIndices};
+const RemapOps kRemapPlain{luma, packed, packedSwapped, chromaIndices, nullptr};
 
 } // namespace fe

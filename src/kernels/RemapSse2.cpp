@@ -4,6 +4,6 @@
 namespace fe {
 
 const RemapOps kRemapSse2{mapLuma<SseVectors>, mapPacked<SseVectors, false>,
-                          mapPacked<SseVectors, true>, chromaIndices<SseVectors>};
+                          mapPacked<SseVectors, true>, chromaIndices<SseVectors>, nullptr};
 
 } // namespace fe

@@ -5,7 +5,55 @@
 
 namespace {
 
+// Bytes 4 * i to 4 * i + 3, each four times, or twice with a zero behind it.
+alignas(16) constexpr unsigned char kFourTimes[4][16] = {
+    {0, 0, 0, 0, 1, 1, 1, 1, 2, 2, 2, 2, 3, 3, 3, 3},
+    {4, 4, 4, 4, 5, 5, 5, 5, 6, 6, 6, 6, 7, 7, 7, 7},
+    {8, 8, 8, 8, 9, 9, 9, 9, 10, 10, 10, 10, 11, 11, 11, 11},
+    {12, 12, 12, 12, 13, 13, 13, 13, 14, 14, 14, 14, 15, 15, 15, 15}};
+alignas(16) constexpr unsigned char kTwice[4][16] = {
+    {0, 255, 0, 255, 1, 255, 1, 255, 2, 255, 2, 255, 3, 255, 3, 255},
+    {4, 255, 4, 255, 5, 255, 5, 255, 6, 255, 6, 255, 7, 255, 7, 255},
+    {8, 255, 8, 255, 9, 255, 9, 255, 10, 255, 10, 255, 11, 255, 11, 255},
+    {12, 255, 12, 255, 13, 255, 13, 255, 14, 255, 14, 255, 15, 255, 15, 255}};
+
 struct Ssse3Vectors : SseVectors {
+    static Vec add8(Vec a, Vec b) { return _mm_add_epi8(a, b); }
+    static Vec shuffle8(Vec a, Vec order) { return _mm_shuffle_epi8(a, order); }
+    static Vec load(const unsigned char* p)
+    {
+        return _mm_loadu_si128(reinterpret_cast<const Vec*>(p));
+    }
+    static Vec eachFourTimes(const unsigned char* bytes, std::size_t i)
+    {
+        return _mm_shuffle_epi8(load(bytes), load(kFourTimes[i]));
+    }
+    static Vec eachTwice(const unsigned char* bytes, std::size_t i)
+    {
+        return _mm_shuffle_epi8(load(bytes), load(kTwice[i]));
+    }
+    template <bool wide>
+    static void loadWindows(const unsigned char* src, std::ptrdiff_t row,
+                            const std::int32_t* window, Vec (&windows)[2])
+    {
+        windows[0] = loadWindow(src + window[0], row);
+        windows[1] = wide ? windows[0] : loadWindow(src + window[1], row);
+    }
+    static Vec loadWindow(const unsigned char* p, std::ptrdiff_t row)
+    {
+        return _mm_unpacklo_epi64(_mm_unpacklo_epi32(load32(p), load32(p + row)),
+                                  _mm_unpacklo_epi32(load32(p + 2 * row), load32(p + 3 * row)));
+    }
+    static void storeTiles(unsigned char* top, unsigned char* bottom, const Vec (&values)[8])
+    {
+        const Vec order = _mm_setr_epi8(0, 1, 4, 5, 8, 9, 12, 13, 2, 3, 6, 7, 10, 11, 14, 15);
+        const Vec even =
+            _mm_shuffle_epi8(packUpperWords(values[0], values[1], values[2], values[3]), order);
+        const Vec odd =
+            _mm_shuffle_epi8(packUpperWords(values[4], values[5], values[6], values[7]), order);
+        _mm_storeu_si128(reinterpret_cast<Vec*>(top), _mm_unpacklo_epi16(even, odd));
+        _mm_storeu_si128(reinterpret_cast<Vec*>(bottom), _mm_unpackhi_epi16(even, odd));
+    }
     static Vec bothUpper(Vec a)
     {
         return _mm_shuffle_epi8(
@@ -33,6 +81,7 @@ struct Ssse3Vectors : SseVectors {
 namespace fe {
 
 const RemapOps kRemapSsse3{mapLuma<Ssse3Vectors>, mapPacked<Ssse3Vectors, false>,
-                           mapPacked<Ssse3Vectors, true>, chromaIndices<Ssse3Vectors>};
+                           mapPacked<Ssse3Vectors, true>, chromaIndices<Ssse3Vectors>,
+                           planRow<Ssse3Vectors>};
 
 } // namespace fe

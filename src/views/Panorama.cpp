@@ -2,7 +2,7 @@
 #include "views/Panorama.h"
 
 #include "mapping/MapEntry.h"
-#include "views/PackedTable.h"
+#include "views/TableForms.h"
 #include "views/ViewRules.h"
 
 namespace fe {
@@ -33,23 +33,19 @@ void buildPanorama(FEDSP& e)
     else
         e.InitCPIBuffer_360(e.m_nCenterX, e.m_nCenterY, e.m_nRadius, e.m_nInputW, e.m_nInputH,
                             e.m_pMapTable, e.m_n180Pan, e.m_fSinTbl, e.m_fCosTbl, 0, 0, e.m_nPanoH);
-    dropPackedTable(e, e.m_pMapTable);
+    tableChanged(e, e.m_pMapTable);
 }
 
 int mapPanorama(FEDSP& e, unsigned char* in, int inW, int inH, const PanoramaMap& map)
 {
     if (!isKnown(e.m_nFormat)) return 0;
-    const bool setting = e.m_FishSetting.bEnabled != 0;
-    const std::int64_t entries = map.firstEntry + std::int64_t(map.rows) * map.width;
-    int* table = e.m_pMapTable;
-    if (e.m_nLineIndex < 0) table = tableForFormat(e, table, entries);
-    table += map.firstEntry * std::int64_t(kMapEntryBytes / sizeof(int));
-    if (e.m_nLineIndex >= 0)
-        return e.CPIMapping_line(e.m_nFormat, in, e.m_pPanoImage, table, inW, inH, map.rows, 0, 0,
-                                 map.width, setting, e.m_nLineIndex);
-    e.CPIMapping(e.m_nFormat, in, e.m_pPanoImage, table, inW, inH, map.rows, 0, 0, map.width,
-                 setting);
-    return 0;
+    if (e.m_nLineIndex < 0) {
+        mapByTable(e, in, e.m_pPanoImage, e.m_pMapTable, map.firstEntry, map.width, map.rows);
+        return 0;
+    }
+    int* table = e.m_pMapTable + map.firstEntry * std::int64_t(kMapEntryBytes / sizeof(int));
+    return e.CPIMapping_line(e.m_nFormat, in, e.m_pPanoImage, table, inW, inH, map.rows, 0, 0,
+                             map.width, e.m_FishSetting.bEnabled != 0, e.m_nLineIndex);
 }
 
 } // namespace fe

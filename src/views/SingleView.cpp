@@ -2,7 +2,7 @@
 #include "FEDSP.h"
 
 #include "engine/Numeric.h"
-#include "views/PackedTable.h"
+#include "views/TableForms.h"
 #include "views/ViewRules.h"
 
 #include <algorithm>
@@ -21,12 +21,10 @@ fe::ViewFrame singleFrame(const FEDSP& e, int screenW, int screenH)
     return frame;
 }
 
-void mapWholeFrame(FEDSP& e, unsigned char* in, unsigned char* out, int* table, int width,
-                   int height)
+void mapWholeFrame(FEDSP& e, unsigned char* in, unsigned char* out, int width, int height)
 {
     const auto map = [&](unsigned char* dst) {
-        e.FCMapping(e.m_nFormat, in, dst, table, e.m_nInputW, e.m_nInputH, width, height,
-                    e.m_FishSetting.bEnabled != 0);
+        fe::mapByTable(e, in, dst, e.m_pMapTable, 0, width, height);
     };
     const bool packed = e.m_nFormat == FORMAT_RGB;
     if (!packed && e.m_nCamPos != 0) {
@@ -88,8 +86,6 @@ bool FEDSP::AccessCtr_FESingleView(unsigned char* pIn, unsigned char* pOut, int,
     const bool wholeFrame = m_nLineIndex < 0;
     if (!fe::isKnown(m_nFormat)) return wholeFrame;
     if (!wholeFrame) return mapBand(*this, pIn, pOut, nScreenW, nScreenH) >= nScreenH;
-    const std::int64_t pixels = std::int64_t(nScreenW) * nScreenH;
-    int* table = fe::tableForFormat(*this, m_pMapTable, pixels);
-    mapWholeFrame(*this, pIn, pOut, table, nScreenW, nScreenH);
+    mapWholeFrame(*this, pIn, pOut, nScreenW, nScreenH);
     return true;
 }

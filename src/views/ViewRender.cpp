@@ -1,7 +1,7 @@
 // Rendering two views: steer, build, map, flip, compose.
 #include "views/ViewRules.h"
 
-#include "views/PackedTable.h"
+#include "views/TableForms.h"
 
 namespace fe {
 
@@ -33,9 +33,7 @@ bool renderPair(FEDSP& e, const ViewRule (&rules)[2], const ViewLaw& law, ViewFr
             e.m_pViewImage + (wholeFrame ? 0 : bandImageOffset(rule.position, frame));
         int* table = e.*rule.table;
         if (isKnown(e.m_nFormat) && wholeFrame)
-            e.FCMapping(e.m_nFormat, in, image,
-                        tableForFormat(e, table, std::int64_t(frame.viewW) * frame.viewH),
-                        e.m_nInputW, e.m_nInputH, frame.viewW, frame.viewH, setting);
+            mapByTable(e, in, image, table, 0, frame.viewW, frame.viewH);
         else if (isKnown(e.m_nFormat))
             done = e.FCMapping_line(e.m_nFormat, in, image, table, e.m_nInputW, e.m_nInputH,
                                     frame.viewW, frame.viewH, setting, e.m_nLineIndex);

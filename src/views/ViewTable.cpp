@@ -2,7 +2,7 @@
 #include "views/ViewRules.h"
 
 #include "engine/Numeric.h"
-#include "views/PackedTable.h"
+#include "views/TableForms.h"
 
 #include <algorithm>
 #include <cstring>
@@ -80,7 +80,7 @@ void updateTable(FEDSP& e, const ViewRule& rule, const ViewLaw& law, const ViewF
             frame.viewW, frame.viewH, table, e.*view.tilt, wall ? 2 : e.m_nCamPos);
     if (rule.panBuilt) e.*rule.panBuilt = e.*view.pan;
     e.*rule.key = key;
-    dropPackedTable(e, table);
+    tableChanged(e, table);
 }
 
 } // namespace fe

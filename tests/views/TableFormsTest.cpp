@@ -1,4 +1,4 @@
-#include "views/PackedTable.h"
+#include "views/TableForms.h"
 
 #include "Frames.h"
 #include "mapping/MapEntry.h"
@@ -9,9 +9,9 @@ using namespace fe;
 
 namespace {
 
-class PackedTable : public testing::Test {
+class TableForms : public testing::Test {
 protected:
-    PackedTable() : slot(640, 480, 320, 240), e(slot.engine())
+    TableForms() : slot(640, 480, 320, 240), e(slot.engine())
     {
         e.m_nPitch = 640;
         e.m_nFormat = FORMAT_RGB;
@@ -23,13 +23,13 @@ protected:
 
 } // namespace
 
-TEST_F(PackedTable, PlanarFormatsUseTheTableItself)
+TEST_F(TableForms, PlanarFormatsUseTheTableItself)
 {
     e.m_nFormat = FORMAT_NV12;
     EXPECT_EQ(tableForFormat(e, e.m_pMapTable, 10), e.m_pMapTable);
 }
 
-TEST_F(PackedTable, TurnsIndicesIntoByteOffsets)
+TEST_F(TableForms, TurnsIndicesIntoByteOffsets)
 {
     ASSERT_EQ(tableForFormat(e, e.m_pMapTable, 10), e.m_pMapWork);
     EXPECT_EQ(loadEntry(e.m_pMapWork, 3).fractions, 0x00120034u);
@@ -37,7 +37,7 @@ TEST_F(PackedTable, TurnsIndicesIntoByteOffsets)
     EXPECT_EQ(loadEntry(e.m_pMapWork, 0).index, 0);
 }
 
-TEST_F(PackedTable, TheCopyIsMadeOnlyWhenNeeded)
+TEST_F(TableForms, TheCopyIsMadeOnlyWhenNeeded)
 {
     tableForFormat(e, e.m_pMapTable, 10);
     storeEntry(e.m_pMapTable, 3, {0, 640});
@@ -46,12 +46,12 @@ TEST_F(PackedTable, TheCopyIsMadeOnlyWhenNeeded)
     tableForFormat(e, e.m_pMapTable, 11); // longer than the copy
     EXPECT_EQ(loadEntry(e.m_pMapWork, 3).index, 3 * 640);
     storeEntry(e.m_pMapTable, 3, {0, 7});
-    dropPackedTable(e, e.m_pMapTable);
+    tableChanged(e, e.m_pMapTable);
     tableForFormat(e, e.m_pMapTable, 10);
     EXPECT_EQ(loadEntry(e.m_pMapWork, 3).index, 3 * 7);
 }
 
-TEST_F(PackedTable, EverySetUpModeChangeAndReleaseDropsTheCopy)
+TEST_F(TableForms, EverySetUpModeChangeAndReleaseDropsTheCopy)
 {
     Bytes in = constantFrame(640, 480, FORMAT_RGB, 5);
     OutputFrame out(320, 240, FORMAT_RGB);
@@ -68,7 +68,7 @@ TEST_F(PackedTable, EverySetUpModeChangeAndReleaseDropsTheCopy)
     EXPECT_EQ(e.m_nPackedEntries[0], 0);
 }
 
-TEST_F(PackedTable, StaleEntriesBeyondTheStagedFrameAreDropped)
+TEST_F(TableForms, StaleEntriesBeyondTheStagedFrameAreDropped)
 {
     storeEntry(e.m_pMapTable, 4, {0, 640 * 480 * 2});
     storeEntry(e.m_pMapTable, 5, {0, -1000});

@@ -1,0 +1,35 @@
+// The unit of a remapping plan, see RemapPlan.h. Data only: variant files include it.
+#ifndef LUMOFE_PLANBLOCK_H
+#define LUMOFE_PLANBLOCK_H
+
+#include <cstddef>
+#include <cstdint>
+
+namespace fe {
+
+inline constexpr std::size_t kPlanBlockW = 16, kPlanBlockH = 2, kTilesInBlock = 8;
+
+// 16 x 2 output pixels: eight tiles of 2 x 2, from left to right. A tile's pixels are top left, top
+// right, bottom left, bottom right; those of tile t begin at byte firstPixel(t) of the arrays.
+struct PlanBlock {
+    // Index of each tile's window in the luma plane. When window[1] is kWide, tiles 0 and 1 share
+    // window[0], 2 and 3 window[2], and so on.
+    std::int32_t window[8];
+    std::int32_t chroma[8]; // index of each tile's chroma sample
+    std::uint8_t
+        position[32];    // 4 * row + column of a pixel's top-left neighbour in the window, 0..2
+    std::uint8_t fx[32]; // fractions, as in the table
+    std::uint8_t fy[32];
+
+    static constexpr std::int32_t kWide = -1;
+    // The even tiles, then the odd ones: two neighbours make a vector of 256 bits.
+    static constexpr std::size_t firstPixel(std::size_t tile)
+    {
+        return tile % 2 * 16 + tile / 2 * 4;
+    }
+};
+static_assert(sizeof(PlanBlock) == 160);
+
+} // namespace fe
+
+#endif

@@ -1,0 +1,165 @@
+// The second forms of the tables. Tables are built with luma-plane indices (row * pitch + column);
+// the kernels for packed frames read byte offsets (row * 3 * width + 3 * column).
+#include "views/TableForms.h"
+
+#include "engine/Buffers.h"
+#include "kernels/RemapPlan.h"
+#include "kernels/TickLines.h"
+#include "mapping/MapEntry.h"
+
+#include <algorithm>
+#include <functional>
+#include <iterator>
+
+namespace fe {
+
+namespace {
+
+// In the order in which their second forms follow one another in m_pMapWork.
+constexpr Buffer kTables[] = {kMapTable, kSubMapA, kSubMapB};
+constexpr int kNoTable = -1;
+
+// FEDSP::TABLEPLAN::nUses.
+enum { kUnused, kUsed, kPlanned, kRefused };
+constexpr std::size_t kSlices = 8;
+
+// Which of the tables the address lies in.
+int numberOf(const FEDSP& e, const int* table)
+{
+    const std::less<const void*> before;
+    const auto* p = reinterpret_cast<const unsigned char*>(table);
+    for (int n = 0; n < int(std::size(kTables)); ++n) {
+        const auto* first = static_cast<const unsigned char*>(bufferAddress(e, kTables[n]));
+        if (first && !before(p, first) && before(p, first + e.m_nCapacity[kTables[n]])) return n;
+    }
+    return kNoTable;
+}
+
+unsigned char* placeOf(const FEDSP& e, int number)
+{
+    std::size_t offset = 0;
+    for (int n = 0; n < number; ++n)
+        offset += e.m_nCapacity[kTables[n]];
+    return reinterpret_cast<unsigned char*>(e.m_pMapWork) + offset;
+}
+
+// What is left of m_pMapWork for the table's second form.
+std::size_t roomOf(const FEDSP& e, int number)
+{
+    const auto used = std::size_t(placeOf(e, number) - placeOf(e, 0));
+    const std::size_t all = e.m_nCapacity[kMapWork];
+    return used < all ? std::min(all - used, e.m_nCapacity[kTables[number]]) : 0;
+}
+
+// The plan for the picture's entries. It is made slice by slice in the frames that follow the first
+// one: while a view is being steered it would not pay, and no frame shall take much longer than
+// others. False while there is none.
+bool findPlan(FEDSP& e, int number, const int* entries, RemapPlan& plan, int firstEntry)
+{
+    const RemapOps& ops = remapOps(isaInUse());
+    const std::size_t bytes = planBytes(plan.w, plan.h);
+    if (!ops.planRow || bytes == 0 || bytes > roomOf(e, number)) return false;
+
+    FEDSP::TABLEPLAN& made = e.m_Plans[number];
+    plan.memory = placeOf(e, number);
+    if (made.nFirstEntry != firstEntry || made.nW != plan.w || made.nH != plan.h ||
+        made.nPitch != plan.stride)
+        made.nUses = kUnused;
+    if (made.nUses == kUnused) {
+        made.nUses = kUsed;
+        made.nFirstEntry = firstEntry;
+        made.nW = plan.w;
+        made.nH = plan.h;
+        made.nPitch = plan.stride;
+        made.nRows = made.nOddTiles = 0;
+        return false;
+    }
+    plan.rows = std::size_t(made.nRows);
+    plan.oddTiles = std::size_t(made.nOddTiles);
+    if (made.nUses == kUsed) {
+        const std::size_t rows = std::size_t(plan.h) / kPlanBlockH / kSlices + 1;
+        const bool pays = makePlan(plan, entries, ops, rows);
+        made.nRows = int(plan.rows);
+        made.nOddTiles = int(plan.oddTiles);
+        if (!pays)
+            made.nUses = kRefused;
+        else if (isComplete(plan))
+            made.nUses = kPlanned;
+    }
+    return made.nUses == kPlanned;
+}
+
+// As the kernels for 4:2:0 frames, lines included.
+void mapPlanned(const FEDSP& e, const RemapPlan& plan, const int* entries, const unsigned char* src,
+                unsigned char* dst)
+{
+    const bool planes = e.m_nFormat == FORMAT_YV12;
+    const TickLines ticks(planes ? "Bilinear_YV12_C" : "Bilinear_NV12_C");
+    const std::ptrdiff_t luma = std::ptrdiff_t(e.m_nPitch) * e.m_nInputH;
+    const std::size_t pixels = std::size_t(plan.w) * std::size_t(plan.h);
+    unsigned char* chroma = dst + pixels;
+    mapByPlan(plan, entries, remapOps(isaInUse()), src, dst,
+              {planes ? 2 : 1,
+               {src + luma, src + luma + (planes ? luma / 4 : 0)},
+               {chroma, chroma + (planes ? pixels / 4 : 0)}});
+    ticks.print();
+}
+
+} // namespace
+
+void mapByTable(FEDSP& e, unsigned char* in, unsigned char* out, int* table,
+                std::int64_t firstEntry, int w, int h)
+{
+    const int number = numberOf(e, table);
+    const std::int64_t offset = firstEntry * std::int64_t(kMapEntryBytes / sizeof(int));
+    RemapPlan plan{w, h, e.m_nPitch, e.m_nCapacity[kStaged], nullptr, 0, 0};
+    if (e.m_nFormat != FORMAT_RGB && in == e.m_pStaged && number != kNoTable &&
+        findPlan(e, number, table + offset, plan, int(firstEntry))) {
+        mapPlanned(e, plan, table + offset, in, out);
+        return;
+    }
+    int* form = tableForFormat(e, table, firstEntry + std::int64_t(w) * h);
+    e.FCMapping(e.m_nFormat, in, out, form + offset, e.m_nInputW, e.m_nInputH, w, h,
+                e.m_FishSetting.bEnabled != 0);
+}
+
+int* tableForFormat(FEDSP& e, int* table, std::int64_t entries)
+{
+    if (e.m_nFormat != FORMAT_RGB) return table;
+    const int number = numberOf(e, table);
+    if (number == kNoTable) return table;
+    int* copy = reinterpret_cast<int*>(placeOf(e, number));
+    int& upToDate = e.m_nPackedEntries[number];
+    if (upToDate >= entries) return copy;
+
+    const std::int64_t rowBytes = 3 * std::int64_t(e.m_nInputW);
+    // An entry that an earlier, larger frame left behind may lie beyond the staged bytes.
+    const std::int64_t last = std::int64_t(e.m_nCapacity[kStaged]) - rowBytes - 6;
+    for (std::int64_t k = 0; k < entries; ++k) {
+        MapEntry entry = loadEntry(table, std::size_t(k));
+        const int row = entry.index / e.m_nPitch;
+        const int column = entry.index % e.m_nPitch;
+        const std::int64_t offset = row * rowBytes + 3 * std::int64_t(column);
+        entry.index = offset >= 0 && offset <= last ? int(offset) : 0;
+        storeEntry(copy, std::size_t(k), entry);
+    }
+    upToDate = int(entries);
+    return copy;
+}
+
+void tableChanged(FEDSP& e, const int* table)
+{
+    const int number = numberOf(e, table);
+    if (number == kNoTable) return;
+    e.m_nPackedEntries[number] = 0;
+    e.m_Plans[number].nUses = kUnused;
+}
+
+void tablesChanged(FEDSP& e)
+{
+    std::fill(std::begin(e.m_nPackedEntries), std::end(e.m_nPackedEntries), 0);
+    for (FEDSP::TABLEPLAN& plan : e.m_Plans)
+        plan.nUses = kUnused;
+}
+
+} // namespace fe
