@@ -53,12 +53,6 @@ struct Avx2Vectors {
     {
         return _mm256_srli_epi32(a, bits);
     }
-    template <int bytes>
-    static Vec dropBytes(Vec a)
-    {
-        return _mm256_srli_si256(a, bytes);
-    }
-    static Vec interleave8(Vec a, Vec b) { return _mm256_unpacklo_epi8(a, b); }
     static bool any(Vec a) { return !_mm256_testz_si256(a, a); }
     static void store(std::int32_t* p, Vec a) { _mm256_storeu_si256(reinterpret_cast<Vec*>(p), a); }
     static void prefetch(const unsigned char* p)
@@ -122,14 +116,22 @@ struct Avx2Vectors {
         b = _mm256_blend_epi32(b, at(7), 0x80);
         return _mm256_blend_epi32(a, b, 0xF0);
     }
-    // Eight bytes from the indices of entry `entry` and of that four further on.
-    static Vec loadPixels(const unsigned char* src, const int* block, int entry)
+    static Vec broadcast64(const unsigned char* p)
     {
-        const auto at = [src, block](int k) {
-            return _mm256_broadcastq_epi64(
-                _mm_loadl_epi64(reinterpret_cast<const __m128i*>(src + indexOf(block, k))));
-        };
-        return _mm256_blend_epi32(at(entry), at(entry + 4), 0xF0);
+        return _mm256_broadcastq_epi64(_mm_loadl_epi64(reinterpret_cast<const __m128i*>(p)));
+    }
+    // The neighbours of an entry and of that four further on, as in RemapSse.h.
+    static Vec pixelPairs(const unsigned char* src, std::ptrdiff_t rowBytes, const int* block,
+                          int entry)
+    {
+        const unsigned char* p = src + indexOf(block, entry);
+        const unsigned char* q = src + indexOf(block, entry + 4);
+        const Vec a = _mm256_blend_epi32(broadcast64(p), broadcast64(p + rowBytes), 0x0C);
+        const Vec b = _mm256_blend_epi32(broadcast64(q), broadcast64(q + rowBytes), 0xC0);
+        const __m128i order =
+            _mm_setr_epi8(2, 5, 10, 13, 3, 6, 11, 14, 4, 7, 12, 15, -1, -1, -1, -1);
+        return _mm256_shuffle_epi8(_mm256_blend_epi32(a, b, 0xF0),
+                                   _mm256_broadcastsi128_si256(order));
     }
     static Vec upperWords(Vec a, Vec b)
     {

@@ -65,15 +65,15 @@ typename V::Vec verticalWeights(typename V::Vec fy)
     return V::add16(V::bitXor(fy, V::all32(0xFFFF)), V::all32(257));
 }
 
-// Interpolates in double words that hold P00 P01 P10 P11, with each fraction in both words. The
-// values, less 128, are in the upper words.
+// Interpolates in double words that hold P00 P01 P10 P11, with fx in both words and the vertical
+// weights. The values, less 128, are in the upper words.
 template <class V>
-typename V::Vec interpolate(typename V::Vec samples, typename V::Vec fx, typename V::Vec fy)
+typename V::Vec interpolate(typename V::Vec samples, typename V::Vec fx, typename V::Vec weights)
 {
     const auto left = V::template left16<8>(samples); // times 256
     const auto step = V::sub16(V::template right16<8>(samples), V::template right16<8>(left));
     const auto rows = V::bitXor(V::add16(left, V::mul16(step, fx)), V::all16(-32768));
-    return V::multiplyAdd(rows, verticalWeights<V>(fy));
+    return V::multiplyAdd(rows, weights);
 }
 
 // kLanes entries.
@@ -85,7 +85,7 @@ typename V::Vec lumaLanes(const unsigned char* src, const int* block, int stride
     const auto top = V::gather(src - 2, block);
     const auto bottom = V::gather(src - 2 + stride, block);
     return interpolate<V>(V::upperWords(top, bottom), V::bothUpper(fractions),
-                          V::bothLower(fractions));
+                          verticalWeights<V>(V::bothLower(fractions)));
 }
 
 template <class V>
@@ -124,9 +124,9 @@ void planBlock(const fe::PlanBlock& block, const unsigned char* src, std::ptrdif
         for (std::size_t v = 0; v < kVectors; ++v) {
             const auto place =
                 V::add8(V::eachFourTimes(block.position + 16 * v, pair), V::all32(0x05040100));
-            values[v * kPairs + pair] = interpolate<V>(V::shuffle8(windows[v], place),
-                                                       V::eachTwice(block.fx + 16 * v, pair),
-                                                       V::eachTwice(block.fy + 16 * v, pair));
+            values[v * kPairs + pair] = interpolate<V>(
+                V::shuffle8(windows[v], place), V::eachTwice(block.fx + 16 * v, pair),
+                verticalWeights<V>(V::eachTwice(block.fy + 16 * v, pair)));
         }
     }
     V::storeTiles(top, bottom, values);
@@ -142,23 +142,6 @@ void planRow(const fe::PlanBlock* blocks, std::size_t count, const unsigned char
         else
             planBlock<V, false>(*blocks, src, stride, top, bottom);
     }
-}
-
-// One pixel in each 128-bit lane of the result: its bytes, less 128, in the upper words of the
-// first three double words.
-template <class V>
-typename V::Vec packedPixels(const unsigned char* src, const int* block, int pixel,
-                             typename V::Vec fractions, std::ptrdiff_t rowBytes)
-{
-    const auto bytes = V::interleave8(V::loadPixels(src - 2, block, pixel),
-                                      V::loadPixels(src - 2 + rowBytes, block, pixel));
-    const auto p0 = V::interleave8(V::template dropBytes<4>(bytes), V::zero());
-    const auto p1 = V::interleave8(V::template dropBytes<10>(bytes), V::zero());
-    const auto own = V::broadcast(fractions, pixel);
-    const auto rows = V::bitXor(
-        V::add16(V::template left16<8>(p0), V::mul16(V::sub16(p1, p0), V::bothUpper(own))),
-        V::all16(-32768));
-    return V::multiplyAdd(rows, verticalWeights<V>(V::bothLower(own)));
 }
 
 template <class V, bool swapped>
@@ -178,10 +161,14 @@ void mapPacked(const unsigned char* src, unsigned char* dst, const int* table, s
         }
         for (std::size_t i = 0; i < kBlock; i += V::kLanes) {
             const int* lanes = entryAddress(block, i);
-            typename V::Vec pixels[4];
             const auto fractions = V::fractionsInOrder(lanes);
+            const auto fx = V::bothUpper(fractions);
+            const auto weights = verticalWeights<V>(V::bothLower(fractions));
+            // One pixel in each 128-bit lane: a double word for each of its bytes.
+            typename V::Vec pixels[4];
             for (int p = 0; p < 4; ++p)
-                pixels[p] = packedPixels<V>(src, lanes, p, fractions, rowBytes);
+                pixels[p] = interpolate<V>(V::pixelPairs(src - 2, rowBytes, lanes, p),
+                                           V::broadcast(fx, p), V::broadcast(weights, p));
             V::template storePixels<swapped>(dst + 3 * (k + i), pixels);
         }
     }

@@ -39,12 +39,6 @@ struct SseVectors {
     {
         return _mm_srli_epi32(a, bits);
     }
-    template <int bytes>
-    static Vec dropBytes(Vec a)
-    {
-        return _mm_srli_si128(a, bytes);
-    }
-    static Vec interleave8(Vec a, Vec b) { return _mm_unpacklo_epi8(a, b); }
     static bool any(Vec a)
     {
         return _mm_movemask_epi8(_mm_cmpeq_epi32(a, _mm_setzero_si128())) != 0xFFFF;
@@ -112,10 +106,18 @@ struct SseVectors {
             _mm_unpacklo_epi32(load32(src + indexOf(block, 2)), load32(src + indexOf(block, 3)));
         return _mm_unpacklo_epi64(a, b);
     }
-    // Eight bytes from the index of one entry.
-    static Vec loadPixels(const unsigned char* src, const int* block, int entry)
+    static Vec load64(const unsigned char* p)
     {
-        return _mm_loadl_epi64(reinterpret_cast<const Vec*>(src + indexOf(block, entry)));
+        return _mm_loadl_epi64(reinterpret_cast<const Vec*>(p));
+    }
+    // The neighbours of one entry: a double word for each byte of a pixel, then nothing of use. The
+    // source is two bytes before the pixels.
+    static Vec pixelPairs(const unsigned char* src, std::ptrdiff_t rowBytes, const int* block,
+                          int entry)
+    {
+        const unsigned char* p = src + indexOf(block, entry);
+        const Vec rows = _mm_unpacklo_epi8(load64(p), load64(p + rowBytes));
+        return _mm_unpacklo_epi8(_mm_srli_si128(rows, 4), _mm_srli_si128(rows, 10));
     }
     // The upper words of a in the lower words of the result, those of b in its upper ones.
     static Vec upperWords(Vec a, Vec b)

@@ -32,6 +32,14 @@ struct Ssse3Vectors : SseVectors {
     {
         return _mm_shuffle_epi8(load(bytes), load(kTwice[i]));
     }
+    static Vec pixelPairs(const unsigned char* src, std::ptrdiff_t rowBytes, const int* block,
+                          int entry)
+    {
+        const unsigned char* p = src + indexOf(block, entry);
+        return _mm_shuffle_epi8(
+            _mm_unpacklo_epi64(load64(p), load64(p + rowBytes)),
+            _mm_setr_epi8(2, 5, 10, 13, 3, 6, 11, 14, 4, 7, 12, 15, -1, -1, -1, -1));
+    }
     template <bool wide>
     static void loadWindows(const unsigned char* src, std::ptrdiff_t row,
                             const std::int32_t* window, Vec (&windows)[2])

@@ -3,6 +3,7 @@
 
 #include "engine/Numeric.h"
 #include "mapping/MapEntry.h"
+#include "views/TableForms.h"
 
 #include <cstdio>
 
@@ -32,6 +33,7 @@ void FEDSP::Fisheye_calibration_Init_byArea(int u, int v, int Lr, int Sr, Clonef
                                             int* pMapTbl, int Tile_Angle, int CamPos)
 {
     if (!pMapTbl) return;
+    fe::tableChanged(*this, pMapTbl);
     std::printf("%s: u[%i] v[%i], Lr[%i], Sr[%i] Ang[%f] Scale_N[%d] Tile_Angle[%d] CamPos[%d]\n",
                 "Fisheye_calibration_Init_byArea", u, v, Lr, Sr, double(Ang), Scale_N, Tile_Angle,
                 CamPos);

@@ -2,6 +2,7 @@
 #include "FEDSP.h"
 
 #include "mapping/MapEntry.h"
+#include "views/TableForms.h"
 
 #include <cmath>
 
@@ -87,6 +88,7 @@ void FEDSP::InitCPIBuffer_360(int c1, int c2, int R, int nInW, int nInH, int* pT
                               float*, float*, int nMode, int nShift, int nW)
 {
     if (!pTable || nW <= 0 || R <= 3) return;
+    fe::tableChanged(*this, pTable);
     const Builder builder{*this, c1, c2, R, nInW, nInH, pTable, nRot % nW, nW, float(360.0 / nW)};
     switch (nMode) {
     case kUnwrap:

@@ -2,6 +2,7 @@
 #include "FEDSP.h"
 
 #include "mapping/MapEntry.h"
+#include "views/TableForms.h"
 
 #include <cmath>
 #include <cstdlib>
@@ -25,6 +26,7 @@ void FEDSP::Mercator_Projection_360(int c1, int c2, int R, int nInW, int nInH, i
                                     float*, float*, int, int nW)
 {
     if (!pTable || nW <= 0) return;
+    fe::tableChanged(*this, pTable);
     const float colStep = float(R) / float(nW);
     std::size_t k = 0;
     for (int r = 0; r + 1 < R; ++r) {

@@ -1,6 +1,8 @@
 #include "views/TableForms.h"
 
 #include "Frames.h"
+#include "GuardedBuffer.h"
+#include "kernels/Isa.h"
 #include "mapping/MapEntry.h"
 
 #include <gtest/gtest.h>
@@ -121,4 +123,155 @@ TEST(PackedFrames, ACopyOfAnotherInputSizeIsNotUsed)
     const auto* copy = reinterpret_cast<const unsigned char*>(e.m_pMapWork);
     for (std::size_t k = 0; k < 160 * 120; ++k)
         ASSERT_LE(std::size_t(loadEntry(copy, k).index) + 3 * 5120 + 6, e.m_nCapacity[0]);
+}
+
+namespace {
+
+enum { kMade = 2 }; // FEDSP::TABLEPLAN::nUses
+
+// Lifts the limit again.
+struct LimitedIsa {
+    explicit LimitedIsa(Isa highest) { limitIsa(highest); }
+    ~LimitedIsa() { limitIsa(Isa::avx2); }
+    LimitedIsa(const LimitedIsa&) = delete;
+    LimitedIsa& operator=(const LimitedIsa&) = delete;
+};
+
+bool canPlan()
+{
+    return bestIsa() >= Isa::ssse3;
+}
+
+struct Scene {
+    std::vector<Bytes> frames;
+    bool planned = false; // one of the tables had a plan
+};
+
+// Zoomed in, still for long enough to have plans, and steered once more.
+Scene sceneOf(int mode, int camPos, FORMAT format, Isa isa)
+{
+    const LimitedIsa limited(isa);
+    TestSlot slot(640, 640, 640, 480);
+    Bytes in = patternFrame(640, 640, format, 3);
+    OutputFrame out(640, 480, format);
+    Scene scene;
+    for (int f = 0; f < 14; ++f) {
+        slot.update(mode, camPos, 1, f == 12 ? 7 : 0, f == 12 ? 5 : 0, f == 0 ? 20 : 0);
+        for (std::size_t i = 0; i < in.size(); i += 97)
+            ++in[i];
+        slot.frame(in, out, format);
+        scene.frames.push_back(out.bytes());
+        for (const FEDSP::TABLEPLAN& plan : slot.engine().m_Plans)
+            scene.planned |= plan.nUses == kMade;
+    }
+    return scene;
+}
+
+} // namespace
+
+class PlannedFrames : public testing::TestWithParam<std::tuple<int, int, FORMAT>> {};
+
+TEST_P(PlannedFrames, AreThoseOfThePlainCode)
+{
+    const auto [mode, camPos, format] = GetParam();
+    const Scene expected = sceneOf(mode, camPos, format, Isa::plain);
+    EXPECT_FALSE(expected.planned);
+    for (const Isa isa : {Isa::ssse3, Isa::avx2}) {
+        if (isa > bestIsa()) continue;
+        const Scene scene = sceneOf(mode, camPos, format, isa);
+        EXPECT_TRUE(scene.planned || mode != 8) << nameOf(isa);
+        for (std::size_t f = 0; f < expected.frames.size(); ++f)
+            ASSERT_TRUE(scene.frames[f] == expected.frames[f]) << nameOf(isa) << " frame " << f;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Pairs, PlannedFrames,
+                         testing::Combine(testing::Values(1, 2, 4, 8), testing::Values(0, 1, 2),
+                                          testing::Values(FORMAT_NV12)));
+INSTANTIATE_TEST_SUITE_P(Planes, PlannedFrames,
+                         testing::Combine(testing::Values(1, 8), testing::Values(0),
+                                          testing::Values(FORMAT_YV12)));
+
+// A single view that has been still for long enough to have a plan.
+class PlannedView : public testing::Test {
+protected:
+    PlannedView()
+        : slot(640, 480, 640, 480), e(slot.engine()), in(patternFrame(640, 480, FORMAT_NV12)),
+          out(640, 480)
+    {
+        slot.update(8, 0);
+        settle();
+    }
+    void SetUp() override
+    {
+        if (!canPlan()) GTEST_SKIP() << "no SSSE3 here";
+        ASSERT_EQ(e.m_Plans[0].nUses, kMade);
+    }
+    void settle()
+    {
+        for (int f = 0; f < 12; ++f)
+            slot.frame(in, out);
+    }
+    bool hasPlan() const { return e.m_Plans[0].nUses == kMade; }
+
+    TestSlot slot;
+    FEDSP& e;
+    Bytes in;
+    OutputFrame out;
+};
+
+TEST_F(PlannedView, WhateverChangesTheTableDropsThePlan)
+{
+    slot.update(8, 0, 1, 5);
+    slot.frame(in, out);
+    EXPECT_FALSE(hasPlan()) << "a step";
+    slot.update(8, 0);
+    settle();
+    ASSERT_TRUE(hasPlan());
+    e.m_bSetup = 1;
+    slot.frame(in, out);
+    EXPECT_FALSE(hasPlan()) << "a set-up frame";
+    settle();
+    ASSERT_TRUE(hasPlan());
+    e.OnViewModeChange();
+    EXPECT_FALSE(hasPlan()) << "clearing";
+}
+
+TEST_F(PlannedView, BuildersThatAHostCallsDropThePlan)
+{
+    const auto build = [&](int* table) {
+        e.Fisheye_calibration_Init_byArea(240, 320, 240, 240, {100, 100, 200, 150}, 0, 0, 64, 48,
+                                          table, 0, 0);
+    };
+    std::vector<int> other(2 * 64 * 48);
+    build(other.data());
+    EXPECT_TRUE(hasPlan()) << "a table of the host's own";
+    build(e.m_pMapTable + 2 * 640);
+    EXPECT_FALSE(hasPlan());
+    settle();
+    ASSERT_TRUE(hasPlan());
+    e.InitCPIBuffer_360(240, 320, 100, 640, 480, e.m_pMapTable, 0, nullptr, nullptr, 0, 0, 90);
+    EXPECT_FALSE(hasPlan());
+    settle();
+    ASSERT_TRUE(hasPlan());
+    e.Mercator_Projection_360(240, 320, 100, 640, 480, e.m_pMapTable, 0, nullptr, nullptr, 0, 90);
+    EXPECT_FALSE(hasPlan());
+}
+
+TEST_F(PlannedView, AnotherPitchOrSizeMakesAnotherPlan)
+{
+    EXPECT_TRUE(e.LumoAccessCtr_FEProc_VideoInput(0, 0, in.data(), out.data(), 640, 480,
+                                                  FORMAT_NV12, false, 600));
+    EXPECT_FALSE(hasPlan());
+    EXPECT_EQ(e.m_Plans[0].nPitch, 600);
+}
+
+// Windows are wider than what the table reads, so other sources may not have room for them.
+TEST_F(PlannedView, OnlyTheStagedFrameIsMappedByThePlan)
+{
+    GuardedBuffer own(in.size());
+    std::copy(in.begin(), in.end(), own.data());
+    const Bytes before = out.bytes();
+    e.AccessCtr_FESingleView(own.data(), out.data(), 640, 480, 640, 480);
+    EXPECT_EQ(out.bytes(), before);
 }
