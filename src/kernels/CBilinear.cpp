@@ -12,33 +12,68 @@ using namespace fe;
 
 namespace {
 
-// Calls take(indices, count) for the chroma of every second entry of a row, in pieces.
-template <class Take>
-void walkChromaRow(const RemapOps& ops, const int* row, int outW, int stride, Take take)
+// A rotated view's row crosses hundreds of the source's lines. Narrow strips keep to a few, which
+// the next rows need again.
+constexpr std::size_t kStrip = 128; // pixels
+
+// Calls row(first pixel, count, entries, bytes ahead) for each row of each strip of a picture.
+template <class Row>
+void walkStrips(const int* table, int outW, int outH, Row row)
 {
-    constexpr std::size_t kPiece = 256;
-    std::int32_t indices[kPiece];
-    const std::size_t samples = (std::size_t(outW) + 1) / 2;
-    for (std::size_t x = 0; x < samples; x += kPiece) {
-        const std::size_t count = std::min(kPiece, samples - x);
-        ops.chromaIndices(indices, row + 4 * x, count, stride);
-        take(indices, count);
-    }
+    constexpr std::size_t kRowsAhead = 4;
+    const std::size_t w = std::size_t(outW), h = std::size_t(outH);
+    for (std::size_t x = 0; x < w; x += kStrip)
+        for (std::size_t y = 0; y < h; ++y) {
+            const std::size_t first = y * w + x;
+            row(first, std::min(kStrip, w - x), table + 2 * first, kRowsAhead * w * 8);
+        }
 }
 
-// Maps the luma plane, and the chroma of every second row by take(indices, count).
+// Calls take(number of the first sample, indices, count) for a row's chroma.
+template <class Take>
+void takeChroma(const RemapOps& ops, const int* entries, std::size_t pixels, const Divider& stride,
+                std::size_t first, Take take)
+{
+    std::int32_t indices[kStrip / 2];
+    const std::size_t count = (pixels + 1) / 2;
+    ops.chromaIndices(indices, entries, count, stride);
+    take(first, indices, count);
+}
+
+// Number of a pixel's chroma sample in a picture so wide; of even rows and columns only.
+std::size_t sampleOf(std::size_t pixel, int outW)
+{
+    const std::size_t w = std::size_t(outW), y = pixel / w;
+    return y / 2 * ((w + 1) / 2) + (pixel - y * w) / 2;
+}
+
+// Maps the luma plane, and the chroma of every second row by take(first sample, indices, count).
 template <class Take>
 void mapPlanes(const unsigned char* src, unsigned char* dst, const int* table, int outW, int outH,
                int stride, Take take)
 {
     const RemapOps& ops = remapOps(isaInUse());
-    const std::size_t rowLength = std::size_t(outW);
-    const std::int32_t reach = reachOf(table, rowLength * std::size_t(outH));
-    for (std::size_t y = 0; y < std::size_t(outH); ++y) {
-        const int* row = table + 2 * y * rowLength;
-        ops.luma(src, dst + y * rowLength, row, rowLength, stride, reach);
-        if (y % 2 == 0) walkChromaRow(ops, row, outW, stride, take);
-    }
+    const Divider divider(stride);
+    const std::int32_t reach = reachOf(table, std::size_t(outW) * std::size_t(outH));
+    walkStrips(table, outW, outH,
+               [&](std::size_t first, std::size_t count, const int* entries, std::size_t ahead) {
+                   ops.luma(src, dst + first, entries, count, stride, reach, ahead);
+                   if (first / std::size_t(outW) % 2 == 0)
+                       takeChroma(ops, entries, count, divider, sampleOf(first, outW), take);
+               });
+}
+
+void mapPixels(const unsigned char* src, unsigned char* dst, const int* table, int inW, int outW,
+               int outH, bool swapped)
+{
+    if (!canMap(src, dst, table, outW, outH, inW)) return;
+    const RemapOps& ops = remapOps(isaInUse());
+    const auto map = swapped ? ops.packedSwapped : ops.packed;
+    const std::int32_t reach = reachOf(table, std::size_t(outW) * std::size_t(outH));
+    walkStrips(table, outW, outH,
+               [&](std::size_t first, std::size_t count, const int* entries, std::size_t ahead) {
+                   map(src, dst + 3 * first, entries, count, 3 * std::ptrdiff_t(inW), reach, ahead);
+               });
 }
 
 } // namespace
@@ -51,19 +86,13 @@ void CBilinear::Bilinear_RGB24_C(unsigned char* pSrc, unsigned char* pDst, int* 
                                  int nOutW, int nOutH)
 {
     // Kept: red and blue change places.
-    if (!canMap(pSrc, pDst, pTbl, nOutW, nOutH, nInW)) return;
-    const std::size_t count = std::size_t(nOutW) * std::size_t(nOutH);
-    remapOps(isaInUse())
-        .packedSwapped(pSrc, pDst, pTbl, count, 3 * std::ptrdiff_t(nInW), reachOf(pTbl, count));
+    mapPixels(pSrc, pDst, pTbl, nInW, nOutW, nOutH, true);
 }
 
 void CBilinear::Bilinear_YUV444_C(unsigned char* pSrc, unsigned char* pDst, int* pTbl, int nInW,
                                   int, int nOutW, int nOutH)
 {
-    if (!canMap(pSrc, pDst, pTbl, nOutW, nOutH, nInW)) return;
-    const std::size_t count = std::size_t(nOutW) * std::size_t(nOutH);
-    remapOps(isaInUse())
-        .packed(pSrc, pDst, pTbl, count, 3 * std::ptrdiff_t(nInW), reachOf(pTbl, count));
+    mapPixels(pSrc, pDst, pTbl, nInW, nOutW, nOutH, false);
 }
 
 void CBilinear::Bilinear_NV12_C(unsigned char* pSrc, unsigned char* pDst, int* pTbl, int, int nInH,
@@ -74,9 +103,9 @@ void CBilinear::Bilinear_NV12_C(unsigned char* pSrc, unsigned char* pDst, int* p
     const unsigned char* chroma = pSrc + std::ptrdiff_t(nStride) * nInH;
     unsigned char* dst = pDst + std::size_t(nOutW) * std::size_t(nOutH);
     mapPlanes(pSrc, pDst, pTbl, nOutW, nOutH, nStride,
-              [&](const std::int32_t* pairs, std::size_t n) {
-                  for (std::size_t k = 0; k < n; ++k, dst += 2)
-                      std::memcpy(dst, chroma + 2 * std::ptrdiff_t(pairs[k]), 2);
+              [=](std::size_t first, const std::int32_t* pairs, std::size_t n) {
+                  for (std::size_t k = 0; k < n; ++k)
+                      std::memcpy(dst + 2 * (first + k), chroma + 2 * std::ptrdiff_t(pairs[k]), 2);
               });
     ticks.print();
 }
@@ -90,14 +119,13 @@ void CBilinear::Bilinear_YV12_C(unsigned char* pSrc, unsigned char* pDst, int* p
     const std::ptrdiff_t luma = std::ptrdiff_t(nStride) * nInH;
     const unsigned char* first = pSrc + luma;
     const unsigned char* second = first + luma / 4;
-    unsigned char* const plane = pDst + count;
-    std::size_t done = 0;
+    unsigned char* plane = pDst + count;
     mapPlanes(pSrc, pDst, pTbl, nOutW, nOutH, nStride,
-              [&](const std::int32_t* samples, std::size_t n) {
-                  for (std::size_t k = 0; k < n; ++k, ++done) {
+              [=](std::size_t start, const std::int32_t* samples, std::size_t n) {
+                  for (std::size_t k = 0; k < n; ++k) {
                       // Of odd sizes the first plane would reach into the second, which wins.
-                      if (done < count / 4) plane[done] = first[samples[k]];
-                      plane[count / 4 + done] = second[samples[k]];
+                      if (start + k < count / 4) plane[start + k] = first[samples[k]];
+                      plane[count / 4 + start + k] = second[samples[k]];
                   }
               });
     ticks.print();
@@ -118,16 +146,22 @@ void CBilinear::invBilinear_NV12_C(unsigned char* pSrc, unsigned char* pDst, int
 
     const unsigned char* src = pSrc + std::ptrdiff_t(nInW) * nInH;
     unsigned char* dst = pDst + count;
-    const auto grey = [&](const std::int32_t* pairs, std::size_t n) {
-        for (std::size_t k = 0; k < n; ++k, dst += 2) {
-            dst[0] = src[2 * std::ptrdiff_t(pairs[k]) + 1];
-            dst[1] = src[2 * std::ptrdiff_t(pairs[k])];
+    const auto grey = [=](std::size_t first, const std::int32_t* pairs, std::size_t n) {
+        for (std::size_t k = 0; k < n; ++k) {
+            unsigned char* pair = dst + 2 * (first + k);
+            pair[0] = src[2 * std::ptrdiff_t(pairs[k]) + 1];
+            pair[1] = src[2 * std::ptrdiff_t(pairs[k])];
             // Kept: whatever the source's chroma is, the picture is grey.
-            std::memset(dst, 0x80, 2);
+            std::memset(pair, 0x80, 2);
         }
     };
-    for (std::size_t y = 0; y < std::size_t(nOutH); y += 2)
-        walkChromaRow(remapOps(isaInUse()), pTbl + 2 * y * std::size_t(nOutW), nOutW, nInW, grey);
+    const RemapOps& ops = remapOps(isaInUse());
+    const Divider divider(nInW);
+    walkStrips(pTbl, nOutW, nOutH,
+               [&](std::size_t first, std::size_t pixels, const int* entries, std::size_t) {
+                   if (first / std::size_t(nOutW) % 2 == 0)
+                       takeChroma(ops, entries, pixels, divider, sampleOf(first, nOutW), grey);
+               });
 }
 
 void CBilinear::Bilinear_RGB24(unsigned char* pSrc, unsigned char* pDst, int* pTbl, int nInW,

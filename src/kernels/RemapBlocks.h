@@ -19,8 +19,7 @@
 
 namespace {
 
-constexpr std::size_t kBlock = 16;   // entries
-constexpr std::size_t kAhead = 2048; // bytes of the table that are fetched ahead
+constexpr std::size_t kBlock = 16; // entries
 
 inline const int* entryAddress(const int* table, std::size_t k)
 {
@@ -90,16 +89,16 @@ typename V::Vec lumaLanes(const unsigned char* src, const int* block, int stride
 
 template <class V>
 void mapLuma(const unsigned char* src, unsigned char* dst, const int* table, std::size_t count,
-             int stride, std::int32_t highest)
+             int stride, std::int32_t highest, std::size_t ahead)
 {
     const auto reach = V::all32(highest);
     std::size_t k = 0;
     for (; k + kBlock <= count; k += kBlock) {
         const int* block = entryAddress(table, k);
-        V::prefetch(reinterpret_cast<const unsigned char*>(block) + kAhead);
-        V::prefetch(reinterpret_cast<const unsigned char*>(block) + kAhead + 64);
+        V::prefetch(reinterpret_cast<const unsigned char*>(block) + ahead);
+        V::prefetch(reinterpret_cast<const unsigned char*>(block) + ahead + 64);
         if (isHard<V>(block, reach)) {
-            fe::kRemapPlain.luma(src, dst + k, block, kBlock, stride, highest);
+            fe::kRemapPlain.luma(src, dst + k, block, kBlock, stride, highest, ahead);
             continue;
         }
         typename V::Vec values[kBlock / V::kLanes];
@@ -107,7 +106,7 @@ void mapLuma(const unsigned char* src, unsigned char* dst, const int* table, std
             values[i] = lumaLanes<V>(src, entryAddress(block, i * V::kLanes), stride);
         V::storeBytes(dst + k, values);
     }
-    fe::kRemapPlain.luma(src, dst + k, entryAddress(table, k), count - k, stride, highest);
+    fe::kRemapPlain.luma(src, dst + k, entryAddress(table, k), count - k, stride, highest, ahead);
 }
 
 // One block of a plan. A vector holds one tile of a pair or both; the values of tiles 0, 2, 4, 6
@@ -146,17 +145,17 @@ void planRow(const fe::PlanBlock* blocks, std::size_t count, const unsigned char
 
 template <class V, bool swapped>
 void mapPacked(const unsigned char* src, unsigned char* dst, const int* table, std::size_t count,
-               std::ptrdiff_t rowBytes, std::int32_t highest)
+               std::ptrdiff_t rowBytes, std::int32_t highest, std::size_t ahead)
 {
     const auto plain = swapped ? fe::kRemapPlain.packedSwapped : fe::kRemapPlain.packed;
     const auto reach = V::all32(highest);
     std::size_t k = 0;
     for (; k + kBlock <= count; k += kBlock) {
         const int* block = entryAddress(table, k);
-        V::prefetch(reinterpret_cast<const unsigned char*>(block) + kAhead);
-        V::prefetch(reinterpret_cast<const unsigned char*>(block) + kAhead + 64);
+        V::prefetch(reinterpret_cast<const unsigned char*>(block) + ahead);
+        V::prefetch(reinterpret_cast<const unsigned char*>(block) + ahead + 64);
         if (isHard<V>(block, reach)) {
-            plain(src, dst + 3 * k, block, kBlock, rowBytes, highest);
+            plain(src, dst + 3 * k, block, kBlock, rowBytes, highest, ahead);
             continue;
         }
         for (std::size_t i = 0; i < kBlock; i += V::kLanes) {
@@ -172,29 +171,15 @@ void mapPacked(const unsigned char* src, unsigned char* dst, const int* table, s
             V::template storePixels<swapped>(dst + 3 * (k + i), pixels);
         }
     }
-    plain(src, dst + 3 * k, entryAddress(table, k), count - k, rowBytes, highest);
+    plain(src, dst + 3 * k, entryAddress(table, k), count - k, rowBytes, highest, ahead);
 }
 
-// Divides numbers below 2^31 by multiplying with m / 2^(31 + s), m = floor(2^(31 + s) / d) + 1 and
-// 2^(s-1) < d <= 2^s. Source: Granlund, Montgomery, "Division by invariant integers using
-// multiplication", PLDI 1994.
-struct Reciprocal {
-    std::uint32_t m;
-    int shift;
-
-    explicit Reciprocal(int divisor) : m(0), shift(31)
-    {
-        while ((std::int64_t(1) << (shift - 31)) < divisor)
-            ++shift;
-        m = std::uint32_t((std::uint64_t(1) << shift) / std::uint32_t(divisor) + 1);
-    }
-};
-
 template <class V>
-void chromaIndices(std::int32_t* indices, const int* table, std::size_t count, int stride)
+void chromaIndices(std::int32_t* indices, const int* table, std::size_t count,
+                   const fe::Divider& divider)
 {
-    const Reciprocal reciprocal(stride);
-    const auto m = V::all32(int(reciprocal.m));
+    const int stride = divider.stride;
+    const auto m = V::all32(int(divider.multiplier));
     const auto halfStride = V::all32(stride >> 1);
     const auto length = V::all32(stride);
     std::size_t k = 0;
@@ -203,15 +188,15 @@ void chromaIndices(std::int32_t* indices, const int* table, std::size_t count, i
         const int* block = entryAddress(table, 2 * k);
         const auto index = V::secondIndices(block);
         if (V::any(V::greater32(V::zero(), index))) {
-            fe::kRemapPlain.chromaIndices(indices + k, block, V::kLanes, stride);
+            fe::kRemapPlain.chromaIndices(indices + k, block, V::kLanes, divider);
             continue;
         }
-        const auto row = V::highProduct(index, m, reciprocal.shift);
+        const auto row = V::highProduct(index, m, divider.shift);
         const auto column = V::sub32(index, V::mul32(row, length));
         const auto first = V::mul32(V::template right32<1>(row), halfStride);
         V::store(indices + k, V::add32(first, V::template right32<1>(column)));
     }
-    fe::kRemapPlain.chromaIndices(indices + k, entryAddress(table, 2 * k), count - k, stride);
+    fe::kRemapPlain.chromaIndices(indices + k, entryAddress(table, 2 * k), count - k, divider);
 }
 
 } // namespace

@@ -7,6 +7,14 @@
 
 namespace fe {
 
+// With 2^(s-1) < stride <= 2^s the multiplier is floor(2^(31 + s) / stride) + 1.
+Divider::Divider(int positive) : stride(positive), multiplier(0), shift(31)
+{
+    while ((std::int64_t(1) << (shift - 31)) < stride)
+        ++shift;
+    multiplier = std::uint32_t((std::uint64_t(1) << shift) / std::uint32_t(stride) + 1);
+}
+
 std::int32_t reachOf(const int* table, std::size_t count)
 {
     constexpr std::size_t kMaxSamples = 256;

@@ -12,20 +12,34 @@
 
 namespace fe {
 
+// A source stride, made ready for dividing numbers below 2^31 by it: n / stride is
+// n * multiplier >> shift. Source: Granlund, Montgomery, "Division by invariant integers using
+// multiplication", PLDI 1994.
+struct Divider {
+    int stride; // positive
+    std::uint32_t multiplier;
+    int shift;
+    explicit Divider(int positive);
+};
+
 // Tables have two 32-bit words an entry, see CBilinear.h; they may be unaligned.
 struct RemapOps {
     // One byte a pixel. `count` entries; `stride` is the distance of two rows; `reach` is reachOf()
-    // of this table or of one that it is a part of.
+    // of this table or of one that it is a part of; `ahead` bytes from each entry the table is
+    // fetched into the cache.
     void (*luma)(const unsigned char* src, unsigned char* dst, const int* table, std::size_t count,
-                 int stride, std::int32_t reach);
+                 int stride, std::int32_t reach, std::size_t ahead);
     // Three bytes a pixel; indices and rowBytes count bytes.
     void (*packed)(const unsigned char* src, unsigned char* dst, const int* table,
-                   std::size_t count, std::ptrdiff_t rowBytes, std::int32_t reach);
+                   std::size_t count, std::ptrdiff_t rowBytes, std::int32_t reach,
+                   std::size_t ahead);
     // The same; bytes 0 and 2 of a pixel change places.
     void (*packedSwapped)(const unsigned char* src, unsigned char* dst, const int* table,
-                          std::size_t count, std::ptrdiff_t rowBytes, std::int32_t reach);
+                          std::size_t count, std::ptrdiff_t rowBytes, std::int32_t reach,
+                          std::size_t ahead);
     // Index of the chroma sample of each second entry: `count` indices of 2 * count - 1 entries.
-    void (*chromaIndices)(std::int32_t* indices, const int* table, std::size_t count, int stride);
+    void (*chromaIndices)(std::int32_t* indices, const int* table, std::size_t count,
+                          const Divider& stride);
     // Luma of `count` neighbouring blocks of a plan, two rows of output. Reads the whole windows.
     // Null where a plan would not pay.
     void (*planRow)(const PlanBlock* blocks, std::size_t count, const unsigned char* src,

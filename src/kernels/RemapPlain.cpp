@@ -7,7 +7,7 @@ namespace fe {
 namespace {
 
 void luma(const unsigned char* src, unsigned char* dst, const int* table, std::size_t count,
-          int stride, std::int32_t)
+          int stride, std::int32_t, std::size_t)
 {
     for (std::size_t k = 0; k < count; ++k) {
         const MapEntry entry = loadEntry(table, k);
@@ -28,21 +28,22 @@ void mapPacked(const unsigned char* src, unsigned char* dst, const int* table, s
 }
 
 void packed(const unsigned char* src, unsigned char* dst, const int* table, std::size_t count,
-            std::ptrdiff_t rowBytes, std::int32_t)
+            std::ptrdiff_t rowBytes, std::int32_t, std::size_t)
 {
     mapPacked(src, dst, table, count, rowBytes, {0, 1, 2});
 }
 
 void packedSwapped(const unsigned char* src, unsigned char* dst, const int* table,
-                   std::size_t count, std::ptrdiff_t rowBytes, std::int32_t)
+                   std::size_t count, std::ptrdiff_t rowBytes, std::int32_t, std::size_t)
 {
     mapPacked(src, dst, table, count, rowBytes, {2, 1, 0});
 }
 
-void chromaIndices(std::int32_t* indices, const int* table, std::size_t count, int stride)
+void chromaIndices(std::int32_t* indices, const int* table, std::size_t count,
+                   const Divider& divider)
 {
     for (std::size_t k = 0; k < count; ++k)
-        indices[k] = std::int32_t(chromaIndex(loadEntry(table, 2 * k).index, stride));
+        indices[k] = std::int32_t(chromaIndex(loadEntry(table, 2 * k).index, divider.stride));
 }
 
 } // namespace

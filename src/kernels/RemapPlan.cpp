@@ -180,7 +180,7 @@ void mapOddTiles(const RemapPlan& plan, const std::uint32_t* tiles, const int* t
             std::memcpy(entries[t] + 2, top + 2 * w, 2 * kMapEntryBytes);
         }
         ops.luma(src, pixels[0], reinterpret_cast<const int*>(entries), 4 * count, plan.stride,
-                 reachOf(plan));
+                 reachOf(plan), 0);
         for (std::size_t t = 0; t < count; ++t) {
             std::memcpy(dst + tiles[first + t], pixels[t], 2);
             std::memcpy(dst + tiles[first + t] + w, pixels[t] + 2, 2);
@@ -195,12 +195,13 @@ void mapLeftColumns(const RemapPlan& plan, const int* table, const RemapOps& ops
     const std::size_t w = std::size_t(plan.w), left = w % kPlanBlockW;
     if (left == 0) return;
     PlanBlock rest;
+    const Divider stride(plan.stride);
     for (std::size_t y = 0; y < std::size_t(plan.h); ++y) {
         const std::size_t pixel = (y + 1) * w - left;
         const int* entries = table + 2 * pixel;
-        ops.luma(src, dst + pixel, entries, left, plan.stride, reachOf(plan));
+        ops.luma(src, dst + pixel, entries, left, plan.stride, reachOf(plan), 0);
         if (y % 2 != 0) continue;
-        ops.chromaIndices(rest.chroma, entries, left / 2, plan.stride);
+        ops.chromaIndices(rest.chroma, entries, left / 2, stride);
         const std::size_t sample = (y / 2 + 1) * (w / 2) - left / 2;
         for (std::size_t t = 0; t < left / 2; ++t)
             for (int plane = 0; plane < chroma.count; ++plane) {
@@ -224,6 +225,7 @@ bool makePlan(RemapPlan& plan, const int* table, const RemapOps& ops, std::size_
 {
     if (plan.stride < kMinStride) return false;
     const Blocks blocks(plan.w, plan.h, plan.memory);
+    const Divider stride(plan.stride);
     const WindowFinder finder(plan.stride, plan.sourceBytes);
     const std::size_t w = std::size_t(plan.w);
     const std::size_t last = std::min(plan.rows + rows, blocks.rows());
@@ -231,7 +233,7 @@ bool makePlan(RemapPlan& plan, const int* table, const RemapOps& ops, std::size_
         for (std::size_t column = 0; column < blocks.columns(); ++column) {
             PlanBlock& block = *blocks.at(column, plan.rows);
             const std::size_t first = plan.rows * kPlanBlockH * w + column * kPlanBlockW;
-            ops.chromaIndices(block.chroma, table + 2 * first, kTilesInBlock, plan.stride);
+            ops.chromaIndices(block.chroma, table + 2 * first, kTilesInBlock, stride);
             for (std::size_t t = 0; t < kTilesInBlock; ++t) {
                 const std::size_t pixel = first + 2 * t;
                 const MapEntry entries[4] = {loadEntry(table, pixel), loadEntry(table, pixel + 1),

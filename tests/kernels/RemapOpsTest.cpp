@@ -119,8 +119,8 @@ TEST_P(RemapVariants, LumaIsThatOfThePlainCode)
             const int stride = between(random, 1, 40);
             Call call(random, kind, count, 1, stride, between(random, 1, 30));
             expectSame(std::size_t(count), [&](const RemapOps& ops, unsigned char* dst) {
-                ops.luma(call.source(), dst, call.table(), std::size_t(count), stride,
-                         call.reach());
+                ops.luma(call.source(), dst, call.table(), std::size_t(count), stride, call.reach(),
+                         2048);
             });
             if (HasFatalFailure()) return;
         }
@@ -136,10 +136,11 @@ TEST_P(RemapVariants, PackedPixelsAreThoseOfThePlainCode)
             Call call(random, kind, count, 3, rowBytes, between(random, 1, 30));
             const auto n = std::size_t(count);
             expectSame(3 * n, [&](const RemapOps& ops, unsigned char* dst) {
-                ops.packed(call.source(), dst, call.table(), n, rowBytes, call.reach());
+                ops.packed(call.source(), dst, call.table(), n, rowBytes, call.reach(), 2048);
             });
             expectSame(3 * n, [&](const RemapOps& ops, unsigned char* dst) {
-                ops.packedSwapped(call.source(), dst, call.table(), n, rowBytes, call.reach());
+                ops.packedSwapped(call.source(), dst, call.table(), n, rowBytes, call.reach(),
+                                  2048);
             });
             if (HasFatalFailure()) return;
         }
@@ -163,7 +164,7 @@ TEST_P(RemapVariants, EveryPairOfFractionsIsExact)
             for (std::uint32_t fx = 0; fx <= 256; ++fx)
                 storeEntry(table.data(), k++, {fy | fx << 16, 4});
         expectSame(k, [&](const RemapOps& ops, unsigned char* dst) {
-            ops.luma(source, dst, table.data(), k, 8, reachOf(table.data(), k));
+            ops.luma(source, dst, table.data(), k, 8, reachOf(table.data(), k), 0);
         });
         if (HasFatalFailure()) return;
     }
@@ -193,8 +194,8 @@ TEST_P(RemapVariants, ChromaIndicesAreThoseOfADivision)
                         exact.data());
         const auto* entries = static_cast<const int*>(static_cast<const void*>(exact.data()));
         std::vector<std::int32_t> expected(count, -5), actual(count, -6);
-        kRemapPlain.chromaIndices(expected.data(), entries, count, stride);
-        ops().chromaIndices(actual.data(), entries, count, stride);
+        kRemapPlain.chromaIndices(expected.data(), entries, count, Divider(stride));
+        ops().chromaIndices(actual.data(), entries, count, Divider(stride));
         ASSERT_EQ(actual, expected) << "stride " << stride;
     }
 }

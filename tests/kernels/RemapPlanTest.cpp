@@ -59,11 +59,12 @@ std::vector<unsigned char> mapPlain(const std::vector<int>& table, const unsigne
 {
     const std::size_t pixels = std::size_t(w) * std::size_t(h), samples = pixels / 4;
     std::vector<unsigned char> out(pixels * 3 / 2);
-    kRemapPlain.luma(src, out.data(), table.data(), pixels, kStride, -1);
+    kRemapPlain.luma(src, out.data(), table.data(), pixels, kStride, -1, 0);
     std::vector<std::int32_t> indices(samples);
     for (int y = 0; y < h; y += 2)
         kRemapPlain.chromaIndices(&indices[std::size_t(y / 2 * (w / 2))],
-                                  &table[2 * std::size_t(y * w)], std::size_t(w / 2), kStride);
+                                  &table[2 * std::size_t(y * w)], std::size_t(w / 2),
+                                  Divider(kStride));
     const unsigned char* chroma = src + kStride * kRows;
     for (std::size_t k = 0; k < samples; ++k) {
         const auto i = std::size_t(indices[k]);
