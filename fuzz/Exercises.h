@@ -5,8 +5,11 @@
 #include "Draw.h"
 #include "ExactBuffer.h"
 #include "FEDSP.h"
+#include "kernels/Isa.h"
 
 #include <algorithm>
+#include <cstdlib>
+#include <cstring>
 
 // A side of a small picture; now and then one that there is none of.
 inline int drawSide(Draw& draw)
@@ -31,6 +34,26 @@ struct Source : ExactBuffer {
         draw.fill(data(), this->size());
     }
 };
+
+// Calls run(output) with each instruction set that the processor has: all must write the same
+// bytes.
+template <class Run>
+void withEveryIsa(std::int64_t size, Run run)
+{
+    ExactBuffer plain(bytes(size));
+    std::memset(plain.data(), 0xA5, plain.size());
+    fe::limitIsa(fe::Isa::plain);
+    run(plain.data());
+    for (const fe::Isa isa : {fe::Isa::sse2, fe::Isa::ssse3, fe::Isa::avx2}) {
+        if (isa > fe::bestIsa()) break;
+        ExactBuffer other(bytes(size));
+        std::memset(other.data(), 0xA5, other.size());
+        fe::limitIsa(isa);
+        run(other.data());
+        if (std::memcmp(plain.data(), other.data(), plain.size()) != 0) std::abort();
+    }
+    fe::limitIsa(fe::Isa::avx2);
+}
 
 struct Engine : FEDSP {
     explicit Engine(Draw& draw)

@@ -53,36 +53,35 @@ void wholeFrameKernels(Draw& draw)
     Table table(draw, count, stride, rows);
     Engine engine(draw);
     engine.m_nPitch = stride;
+    const int unused = draw.any();
+    const bool setting = draw.chance(2);
     if (draw.chance(2)) {
         Source src(draw, luma + 2 * table.chromaSamples());
-        ExactBuffer dst(bytes(count + 2 * chroma));
-        switch (draw.below(3)) {
-        case 0:
-            engine.Bilinear_NV12_C(src.data(), dst.data(), table.words(), draw.any(), rows, outW,
-                                   outH, stride);
-            break;
-        case 1:
-            engine.FCMapping_YV12(src.data(), dst.data(), table.words(), draw.any(), rows, outW,
-                                  outH, draw.chance(2));
-            break;
-        default: {
-            auto map = std::make_unique<FEMM_DATA[]>(bytes(count));
-            for (std::size_t k = 0; k < bytes(count); ++k) {
-                const fe::MapEntry e = fe::loadEntry(table.words(), k);
-                map[k] = {static_cast<unsigned short>(e.fractions),
-                          static_cast<unsigned short>(e.fractions >> 16), unsigned(e.index),
-                          unsigned(draw.any())};
-            }
-            engine.invBilinear_NV12_C(src.data(), dst.data(), table.words(), stride, rows, outW,
-                                      outH, map.get());
-            break;
+        const int kernel = draw.below(3);
+        auto map = std::make_unique<FEMM_DATA[]>(bytes(count));
+        for (std::size_t k = 0; k < bytes(count); ++k) {
+            const fe::MapEntry e = fe::loadEntry(table.words(), k);
+            map[k] = {static_cast<unsigned short>(e.fractions),
+                      static_cast<unsigned short>(e.fractions >> 16), unsigned(e.index),
+                      unsigned(unused)};
         }
-        }
+        withEveryIsa(count + 2 * chroma, [&](unsigned char* dst) {
+            if (kernel == 0)
+                engine.Bilinear_NV12_C(src.data(), dst, table.words(), unused, rows, outW, outH,
+                                       stride);
+            else if (kernel == 1)
+                engine.FCMapping_YV12(src.data(), dst, table.words(), unused, rows, outW, outH,
+                                      setting);
+            else
+                engine.invBilinear_NV12_C(src.data(), dst, table.words(), stride, rows, outW, outH,
+                                          map.get());
+        });
     } else {
         Source src(draw, luma + luma / 4 + std::max(table.chromaSamples(), luma / 4));
-        ExactBuffer dst(bytes(count + count / 4 + std::max(chroma, count / 4)));
-        engine.FCMapping(FORMAT_YV12, src.data(), dst.data(), table.words(), draw.any(), rows, outW,
-                         outH, draw.chance(2));
+        withEveryIsa(count + count / 4 + std::max(chroma, count / 4), [&](unsigned char* dst) {
+            engine.FCMapping(FORMAT_YV12, src.data(), dst, table.words(), unused, rows, outW, outH,
+                             setting);
+        });
     }
 }
 
@@ -98,12 +97,14 @@ void packedKernels(Draw& draw)
         fe::storeEntry(table.words(), k, e);
     }
     Source src(draw, 3 * area(inW, inH));
-    ExactBuffer dst(bytes(3 * area(outW, outH)));
     CBilinear kernel;
-    if (draw.chance(2))
-        kernel.Bilinear_RGB24_C(src.data(), dst.data(), table.words(), inW, inH, outW, outH);
-    else
-        kernel.Bilinear_YUV444_C(src.data(), dst.data(), table.words(), inW, inH, outW, outH);
+    const bool rgb = draw.chance(2);
+    withEveryIsa(3 * area(outW, outH), [&](unsigned char* dst) {
+        if (rgb)
+            kernel.Bilinear_RGB24_C(src.data(), dst, table.words(), inW, inH, outW, outH);
+        else
+            kernel.Bilinear_YUV444_C(src.data(), dst, table.words(), inW, inH, outW, outH);
+    });
 }
 
 void bandKernels(Draw& draw)
@@ -119,10 +120,12 @@ void bandKernels(Draw& draw)
     Source src(draw, luma + behind + (semiPlanar ? 2 : 1) * table.chromaSamples());
     const std::int64_t lastRow = semiPlanar ? (outW + 1) / 2 * 2 : (outW + 1) / 2;
     const std::int64_t step = semiPlanar ? outW : outW / 2;
-    ExactBuffer dst(bytes(count ? count + (rows - 1) * step + lastRow : 0));
     Engine engine(draw);
-    engine.FCMapping_line(semiPlanar ? FORMAT_NV12 : FORMAT_YV12, src.data(), dst.data(),
-                          table.words(), inW, inH, outW, outH, draw.chance(2), line);
+    const bool setting = draw.chance(2);
+    withEveryIsa(count ? count + (rows - 1) * step + lastRow : 0, [&](unsigned char* dst) {
+        engine.FCMapping_line(semiPlanar ? FORMAT_NV12 : FORMAT_YV12, src.data(), dst,
+                              table.words(), inW, inH, outW, outH, setting, line);
+    });
 }
 
 namespace {

@@ -41,18 +41,6 @@ public:
         FISHSETTINGPARAM() : bEnabled(1) {}
     };
 
-    // What the second form of a table in m_pMapWork was made for.
-    struct TABLEPLAN {
-        int nUses;       // 0 not used yet, 1 being made, 2 made, 3 it would not pay
-        int nFirstEntry; // where in the table
-        int nW;          // size of the picture, pixels
-        int nH;          // its height
-        int nPitch;      // m_nPitch
-        int nRows;       // pairs of rows that are done
-        int nOddTiles;   // tiles in them that do not fit
-        TABLEPLAN() : nUses(0), nFirstEntry(0), nW(0), nH(0), nPitch(0), nRows(0), nOddTiles(0) {}
-    };
-
     FEDSP();  // no size, no buffers: call FE_Initialize next
     ~FEDSP(); // frees no buffers: call DeleteAccess_ctr_Mem before
     FEDSP(const FEDSP&) = delete;
@@ -454,8 +442,9 @@ public:
     std::size_t m_nCapacity[8] = {};        // bytes that each buffer really holds
     unsigned char* m_pBlock = nullptr;      // host's block, when the buffers were carved from one
     unsigned int m_nBlockSize = 0;          // its bytes
-    int m_nPackedEntries[3] = {}; // packed frames: entries of each table's copy that are up to date
-    TABLEPLAN m_Plans[3];         // 4:2:0 frames: what each table's second form was made for
+    int m_nPackedEntries[3] =
+        {}; // of each table: entries of the copy with byte offsets in m_pMapWork
+            // that are up to date, -1 when there is another form instead
     unsigned char* m_pOutput = nullptr; // caller's output frame during a call
     long long m_nOutputBytes = 0;       // its bytes
 

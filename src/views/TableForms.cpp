@@ -8,6 +8,7 @@
 #include "mapping/MapEntry.h"
 
 #include <algorithm>
+#include <cstring>
 #include <functional>
 #include <iterator>
 
@@ -19,9 +20,7 @@ namespace {
 constexpr Buffer kTables[] = {kMapTable, kSubMapA, kSubMapB};
 constexpr int kNoTable = -1;
 
-// FEDSP::TABLEPLAN::nUses.
-enum { kUnused, kUsed, kPlanned, kRefused };
-constexpr std::size_t kSlices = 8;
+constexpr std::size_t kSlices = 8; // frames that making a plan takes
 
 // Which of the tables the address lies in.
 int numberOf(const FEDSP& e, const int* table)
@@ -51,42 +50,64 @@ std::size_t roomOf(const FEDSP& e, int number)
     return used < all ? std::min(all - used, e.m_nCapacity[kTables[number]]) : 0;
 }
 
+// What a plan was made for, and how far. It stands before the plan.
+struct PlanHeader {
+    enum { kBeingMade, kMade, kRefused } state;
+    int w, h, stride;
+    std::int64_t firstEntry;
+    std::uint64_t rows, oddTiles;
+};
+constexpr std::size_t kHeaderBytes = 64;
+static_assert(sizeof(PlanHeader) <= kHeaderBytes);
+constexpr int kPlanned = -1; // in FEDSP::m_nPackedEntries: there is a header
+
+// m_pMapWork may be unaligned.
+PlanHeader loadHeader(const FEDSP& e, int number)
+{
+    PlanHeader header;
+    std::memcpy(&header, placeOf(e, number), sizeof header);
+    return header;
+}
+
+void storeHeader(FEDSP& e, int number, const PlanHeader& header)
+{
+    std::memcpy(placeOf(e, number), &header, sizeof header);
+    e.m_nPackedEntries[number] = kPlanned;
+}
+
 // The plan for the picture's entries. It is made slice by slice in the frames that follow the first
 // one: while a view is being steered it would not pay, and no frame shall take much longer than
 // others. False while there is none.
-bool findPlan(FEDSP& e, int number, const int* entries, RemapPlan& plan, int firstEntry)
+bool findPlan(FEDSP& e, int number, const int* entries, RemapPlan& plan, std::int64_t firstEntry)
 {
     const RemapOps& ops = remapOps(isaInUse());
     const std::size_t bytes = planBytes(plan.w, plan.h);
-    if (!ops.planRow || bytes == 0 || bytes > roomOf(e, number)) return false;
+    if (!ops.planRow || bytes == 0 || kHeaderBytes + bytes > roomOf(e, number)) return false;
 
-    FEDSP::TABLEPLAN& made = e.m_Plans[number];
-    plan.memory = placeOf(e, number);
-    if (made.nFirstEntry != firstEntry || made.nW != plan.w || made.nH != plan.h ||
-        made.nPitch != plan.stride)
-        made.nUses = kUnused;
-    if (made.nUses == kUnused) {
-        made.nUses = kUsed;
-        made.nFirstEntry = firstEntry;
-        made.nW = plan.w;
-        made.nH = plan.h;
-        made.nPitch = plan.stride;
-        made.nRows = made.nOddTiles = 0;
+    PlanHeader header{PlanHeader::kBeingMade, plan.w, plan.h, plan.stride, firstEntry, 0, 0};
+    const PlanHeader wanted = header;
+    const bool any = e.m_nPackedEntries[number] == kPlanned;
+    if (any) header = loadHeader(e, number);
+    if (!any || header.w != wanted.w || header.h != wanted.h || header.stride != wanted.stride ||
+        header.firstEntry != wanted.firstEntry) {
+        storeHeader(e, number, wanted);
         return false;
     }
-    plan.rows = std::size_t(made.nRows);
-    plan.oddTiles = std::size_t(made.nOddTiles);
-    if (made.nUses == kUsed) {
-        const std::size_t rows = std::size_t(plan.h) / kPlanBlockH / kSlices + 1;
-        const bool pays = makePlan(plan, entries, ops, rows);
-        made.nRows = int(plan.rows);
-        made.nOddTiles = int(plan.oddTiles);
+    plan.memory = placeOf(e, number) + kHeaderBytes;
+    plan.rows = std::size_t(header.rows);
+    plan.oddTiles = std::size_t(header.oddTiles);
+    if (header.state == PlanHeader::kBeingMade) {
+        const std::size_t slice = std::size_t(plan.h) / kPlanBlockH / kSlices + 1;
+        const bool pays = makePlan(plan, entries, ops, slice);
+        header.rows = plan.rows;
+        header.oddTiles = plan.oddTiles;
         if (!pays)
-            made.nUses = kRefused;
+            header.state = PlanHeader::kRefused;
         else if (isComplete(plan))
-            made.nUses = kPlanned;
+            header.state = PlanHeader::kMade;
+        storeHeader(e, number, header);
     }
-    return made.nUses == kPlanned;
+    return header.state == PlanHeader::kMade;
 }
 
 // As the kernels for 4:2:0 frames, lines included.
@@ -114,7 +135,7 @@ void mapByTable(FEDSP& e, unsigned char* in, unsigned char* out, int* table,
     const std::int64_t offset = firstEntry * std::int64_t(kMapEntryBytes / sizeof(int));
     RemapPlan plan{w, h, e.m_nPitch, e.m_nCapacity[kStaged], nullptr, 0, 0};
     if (e.m_nFormat != FORMAT_RGB && in == e.m_pStaged && number != kNoTable &&
-        findPlan(e, number, table + offset, plan, int(firstEntry))) {
+        findPlan(e, number, table + offset, plan, firstEntry)) {
         mapPlanned(e, plan, table + offset, in, out);
         return;
     }
@@ -150,16 +171,19 @@ int* tableForFormat(FEDSP& e, int* table, std::int64_t entries)
 void tableChanged(FEDSP& e, const int* table)
 {
     const int number = numberOf(e, table);
-    if (number == kNoTable) return;
-    e.m_nPackedEntries[number] = 0;
-    e.m_Plans[number].nUses = kUnused;
+    if (number != kNoTable) e.m_nPackedEntries[number] = 0;
 }
 
 void tablesChanged(FEDSP& e)
 {
     std::fill(std::begin(e.m_nPackedEntries), std::end(e.m_nPackedEntries), 0);
-    for (FEDSP::TABLEPLAN& plan : e.m_Plans)
-        plan.nUses = kUnused;
+}
+
+bool hasPlan(const FEDSP& e, const int* table)
+{
+    const int number = numberOf(e, table);
+    return number != kNoTable && e.m_nPackedEntries[number] == kPlanned &&
+           loadHeader(e, number).state == PlanHeader::kMade;
 }
 
 } // namespace fe

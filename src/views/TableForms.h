@@ -28,6 +28,9 @@ void tableChanged(FEDSP& e, const int* table);
 // Drops all of them, because the tables, the input's size or its format changed.
 void tablesChanged(FEDSP& e);
 
+// True when frames are mapped by a plan of this table.
+bool hasPlan(const FEDSP& e, const int* table);
+
 } // namespace fe
 
 #endif

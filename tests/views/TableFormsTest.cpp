@@ -127,8 +127,6 @@ TEST(PackedFrames, ACopyOfAnotherInputSizeIsNotUsed)
 
 namespace {
 
-enum { kMade = 2 }; // FEDSP::TABLEPLAN::nUses
-
 // Lifts the limit again.
 struct LimitedIsa {
     explicit LimitedIsa(Isa highest) { limitIsa(highest); }
@@ -161,8 +159,9 @@ Scene sceneOf(int mode, int camPos, FORMAT format, Isa isa)
             ++in[i];
         slot.frame(in, out, format);
         scene.frames.push_back(out.bytes());
-        for (const FEDSP::TABLEPLAN& plan : slot.engine().m_Plans)
-            scene.planned |= plan.nUses == kMade;
+        const FEDSP& e = slot.engine();
+        for (const int* table : {e.m_pMapTable, e.m_pSubMapA, e.m_pSubMapB})
+            scene.planned |= hasPlan(e, table);
     }
     return scene;
 }
@@ -205,14 +204,14 @@ protected:
     void SetUp() override
     {
         if (!canPlan()) GTEST_SKIP() << "no SSSE3 here";
-        ASSERT_EQ(e.m_Plans[0].nUses, kMade);
+        ASSERT_TRUE(planned());
     }
     void settle()
     {
         for (int f = 0; f < 12; ++f)
             slot.frame(in, out);
     }
-    bool hasPlan() const { return e.m_Plans[0].nUses == kMade; }
+    bool planned() const { return hasPlan(e, e.m_pMapTable); }
 
     TestSlot slot;
     FEDSP& e;
@@ -224,17 +223,17 @@ TEST_F(PlannedView, WhateverChangesTheTableDropsThePlan)
 {
     slot.update(8, 0, 1, 5);
     slot.frame(in, out);
-    EXPECT_FALSE(hasPlan()) << "a step";
+    EXPECT_FALSE(planned()) << "a step";
     slot.update(8, 0);
     settle();
-    ASSERT_TRUE(hasPlan());
+    ASSERT_TRUE(planned());
     e.m_bSetup = 1;
     slot.frame(in, out);
-    EXPECT_FALSE(hasPlan()) << "a set-up frame";
+    EXPECT_FALSE(planned()) << "a set-up frame";
     settle();
-    ASSERT_TRUE(hasPlan());
+    ASSERT_TRUE(planned());
     e.OnViewModeChange();
-    EXPECT_FALSE(hasPlan()) << "clearing";
+    EXPECT_FALSE(planned()) << "clearing";
 }
 
 TEST_F(PlannedView, BuildersThatAHostCallsDropThePlan)
@@ -245,25 +244,24 @@ TEST_F(PlannedView, BuildersThatAHostCallsDropThePlan)
     };
     std::vector<int> other(2 * 64 * 48);
     build(other.data());
-    EXPECT_TRUE(hasPlan()) << "a table of the host's own";
+    EXPECT_TRUE(planned()) << "a table of the host's own";
     build(e.m_pMapTable + 2 * 640);
-    EXPECT_FALSE(hasPlan());
+    EXPECT_FALSE(planned());
     settle();
-    ASSERT_TRUE(hasPlan());
+    ASSERT_TRUE(planned());
     e.InitCPIBuffer_360(240, 320, 100, 640, 480, e.m_pMapTable, 0, nullptr, nullptr, 0, 0, 90);
-    EXPECT_FALSE(hasPlan());
+    EXPECT_FALSE(planned());
     settle();
-    ASSERT_TRUE(hasPlan());
+    ASSERT_TRUE(planned());
     e.Mercator_Projection_360(240, 320, 100, 640, 480, e.m_pMapTable, 0, nullptr, nullptr, 0, 90);
-    EXPECT_FALSE(hasPlan());
+    EXPECT_FALSE(planned());
 }
 
 TEST_F(PlannedView, AnotherPitchOrSizeMakesAnotherPlan)
 {
     EXPECT_TRUE(e.LumoAccessCtr_FEProc_VideoInput(0, 0, in.data(), out.data(), 640, 480,
                                                   FORMAT_NV12, false, 600));
-    EXPECT_FALSE(hasPlan());
-    EXPECT_EQ(e.m_Plans[0].nPitch, 600);
+    EXPECT_FALSE(planned());
 }
 
 // Windows are wider than what the table reads, so other sources may not have room for them.
