@@ -93,17 +93,18 @@ TEST(ImageFile, AJpegWithTooManyHuffmanCodesIsRefused)
     EXPECT_NE(errorOf([&] { decodeImage(file, "odd.jpg"); }).find("odd.jpg: "), std::string::npos);
 }
 
-// Where a 32-bit process has no addresses for the chunk.
+// A file of this size lies where a 32-bit process has no addresses for the whole chunk.
 TEST(ImageFile, APngChunkLongerThanTheFileIsRefused)
 {
     const Bytes file = encodeImage(test::gradient({320, 240}), ImageKind::png);
     constexpr std::size_t kFirstChunk = 8 + 25; // behind the signature and IHDR
     for (const char* type : {"IDAT", "tEXt"})
-        for (std::uint8_t length : {0x10, 0x3F, 0x7F, 0xFF}) {
+        for (std::uint8_t length : Bytes{0x10, 0x3F, 0x7F, 0xFF}) {
             Bytes odd(file.begin(), file.begin() + kFirstChunk);
             odd.insert(odd.end(), {length, 0xFF, 0xFF, 0xFF});
             odd.insert(odd.end(), type, type + 4);
             odd.insert(odd.end(), file.begin() + kFirstChunk, file.end());
+            odd.resize(1 << 20);
             EXPECT_NE(errorOf([&] { decodeImage(odd, "odd.png"); }).find("odd.png: damaged"),
                       std::string::npos)
                 << type << " " << int(length);
