@@ -12,7 +12,7 @@ case ${1-} in
     sources() { git ls-files 'src/*.cpp' 'tools/*.cpp' 'fuzz/*.cpp'; }
     ;;
 quick)
-    checks=-clang-analyzer-*,-bugprone-reserved-identifier
+    checks='-clang-analyzer-*,-bugprone-reserved-identifier'
     sources() { find src -name '*.cpp'; }
     ;;
 *)
