@@ -2,8 +2,9 @@
 # Builds and runs every test for both word sizes: check.sh [PRESET...]
 #
 # Without presets: the release and the sanitized builds in full, then the golden hashes of unoptimised
-# and Clang builds, which must be the same, slots on threads, a while of fuzzing, the documentation,
-# which must build without warnings, the binary interface and the release's archives.
+# and Clang builds, which must be the same, slots on threads, clang-tidy over the library, a while of
+# fuzzing, the documentation, which must build without warnings, the binary interface and the
+# release's archives.
 set -eu
 cd "$(dirname "$0")/.."
 
@@ -32,11 +33,15 @@ for preset in debug-32 debug-64 clang-32 clang-64; do
     run "$preset" golden_frames -R '^golden$'
 done
 run threads-64 "api_tests serve_sixteen_cameras" -R '^(api|example_serve_sixteen_cameras)$'
+echo "== tidy"
+scripts/tidy.sh quick
 echo "== fuzzing"
-LUMOFE_FUZZ_SEED=1 scripts/fuzz.sh fuzz-64 60 slots kernels
-# What stb_image still holds is for make fuzz to find, not for this check.
-scripts/fuzz.sh fuzz-64 0 parsers
-scripts/fuzz.sh guard-32 0 slots kernels
+export LUMOFE_FUZZ_SEED=1
+scripts/fuzz.sh fuzz-64 60 slots kernels
+scripts/fuzz.sh guard-32 0
+# The third one takes one core, the rest the other.
+scripts/fuzz.sh fuzz-64 60 parsers &
+readers=$!
 echo "== documentation"
 cmake --build --preset release-32 --target draw_directions -- --quiet
 scripts/docs.sh
@@ -44,4 +49,5 @@ echo "== abi"
 scripts/abi.sh check
 echo "== dist"
 scripts/check_dist.sh
+wait $readers
 echo "all tests passed"

@@ -106,24 +106,28 @@ std::optional<std::array<BufferSize, kBufferCount>> planBuffers(FEDSP& e, int in
     const std::int64_t boxW = exceeds ? W : sW;
     const std::int64_t boxH = exceeds ? H : sH;
     const std::int64_t subArea = sH * 2 / 3 * (sW / 2);
-    const std::int64_t panoArea = std::max(std::int64_t(e.m_nPanoH) * panoWidth, boxW * boxH);
-    if (panoArea < 0 || W * H > kLargest || sW * sH > kLargest) return std::nullopt;
+    const std::int64_t panoH = std::max(e.m_nPanoH, 0);
+    const std::int64_t panoArea = std::max(panoH * panoWidth, boxW * boxH);
 
     // The carved sizes leave no room for packed 24-bit input, for screens larger than the input or
     // upright, and for views rounded up to multiples of 4. The heap sizes do.
     const std::int64_t longSide = std::max({W, H, std::int64_t(1024)});
+    const std::int64_t frameArea = (std::max(sW, W) + 8) * (std::max(sH, H) + 8);
+    // No product of two sizes overflows. Those below do not for areas of this size.
+    for (std::int64_t area : {W * H, sW * sH, boxW * boxW, panoArea, panoH * longSide, frameArea})
+        if (area > kLargest) return std::nullopt;
+
     const std::int64_t subEntries =
         std::max({subArea, (sW / 2 + 4) * (sH * 2 / 3 + 4), W * H / 3 + W + H});
-    const std::int64_t mapEntries =
-        std::max({panoArea, sW * sH, std::int64_t(e.m_nPanoH) * longSide}) + 16;
-    const std::int64_t frameBytes = 2 * (std::max(sW, W) + 8) * (std::max(sH, H) + 8);
+    const std::int64_t mapEntries = std::max({panoArea, sW * sH, panoH * longSide}) + 16;
+    const std::int64_t frameBytes = 2 * frameArea;
 
     const std::array<BufferSize, kBufferCount> plan{{
         {W * H * 2, W * H * 3 + kSlack, -1},
         {subArea * 8, subEntries * 8, -1},
         {subArea * 8, subEntries * 8, -1},
         {panoArea * 8, mapEntries * 8, -1},
-        {panoArea * 2, std::max(panoArea * 2, e.m_nPanoH * longSide * 3 / 2) + kSlack, -1},
+        {panoArea * 2, std::max(panoArea * 2, panoH * longSide * 3 / 2) + kSlack, -1},
         {boxW * boxW * 2, std::max(boxW * boxW * 2, frameBytes) + kSlack, -1},
         {panoArea * 2, std::max(panoArea * 2, frameBytes) + kSlack, -1},
         {panoArea * 24, std::max(panoArea * 24, (mapEntries + 2 * subEntries) * 8), panoArea * 8},

@@ -11,6 +11,7 @@ int FEDSP::resize_image(unsigned char* pSrc, unsigned char* pDst, const int& nSr
     _RTMat scale, inverse;
     GenScaleMat(float(nDstW) / float(nSrcW), float(nDstH) / float(nSrcH), &scale);
     if (RTInv(&scale, &inverse) != 0) return std::printf("%s:: RTInv() Error!! ", "resize_image");
+    if (nSrcW <= 0 || nSrcH <= 0 || nDstW <= 0 || nDstH <= 0) return -1;
 
     LM_Affine_check(pSrc, nSrcW, nSrcH, nSrcW, pDst, nDstW, nDstH, nDstW, inverse.m, 128);
     // The luma plane's coefficients serve the chroma plane too: both are halved.

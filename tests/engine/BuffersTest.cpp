@@ -152,6 +152,35 @@ TEST(Buffers, SizesThatCannotBeServedFail)
     }
 }
 
+// Inputs that no slot has, and fields that a host has written to.
+TEST(Buffers, SizesWhoseProductsOverflowFail)
+{
+    constexpr int kMost = 2147483647;
+    struct Case {
+        int inW, inH, screenW, screenH, panoBase, radius;
+    };
+    for (const Case& c :
+         {Case{kMost, 1, 1, kMost, 720, 640}, Case{1, kMost, kMost, 1, 720, 640},
+          Case{kMost, 1, kMost, 1, 720, 640}, Case{1, kMost, 1, 1, 720, 640},
+          Case{1280, 1024, 800, 600, kMost, 640}, Case{1280, 1024, 800, 600, kMost, kMost},
+          Case{1280, 1024, 800, 600, 720, kMost}}) {
+        OwningEngine e;
+        initialised(e, 1280, 1024);
+        e.m_nPanoBase = c.panoBase;
+        e.m_nRadius = c.radius;
+        EXPECT_EQ(e.MemoryAllocated_AccessCtr(c.inW, c.inH, c.screenW, c.screenH), 1);
+        EXPECT_EQ(e.MemoryAllocated_DSPBuff_Estimate(c.inW, c.inH, c.screenW, c.screenH), -1);
+        EXPECT_FALSE(hasBuffers(e));
+    }
+}
+
+TEST(Buffers, APanoramaOfLessThanNoRowsTakesNoRoom)
+{
+    FEDSP e;
+    initialised(e, 1280, 1024).m_nPanoBase = -2147483647;
+    EXPECT_EQ(planBuffers(e, 1280, 1024, 800, 600).value()[kMapTable].carved, 800 * 600 * 8);
+}
+
 TEST(Buffers, TheEstimateLeavesOutTheWorkTable)
 {
     FEDSP e;

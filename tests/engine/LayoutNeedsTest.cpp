@@ -63,6 +63,17 @@ TEST_F(LayoutNeeds, ACircleRaisedWithoutAModeChangeIsCheckedOnTheNextFrame)
     EXPECT_EQ(frame(), 0);
 }
 
+TEST_F(LayoutNeeds, LeaveRoomForTheElementThatAMirrorReadsBehindItsPicture)
+{
+    const auto planar = [](std::int64_t w, std::int64_t h) { return w * h * 3 / 2; };
+    select(8, 240, 2);
+    EXPECT_GE(layoutNeeds(e, 640, 480, FORMAT_NV12)[kViewImage], planar(320, 240) + 2);
+    select(1, 240, 2);
+    EXPECT_GE(layoutNeeds(e, 640, 480, FORMAT_NV12)[kWorkImageA], planar(160, 120) + 2);
+    select(2, 240, 2);
+    EXPECT_GE(layoutNeeds(e, 640, 480, FORMAT_NV12)[kWorkImageA], planar(320, 84) + 2);
+}
+
 TEST(LayoutNeedsOfEverySlot, HeapBuffersServeEveryLayoutFormatAndMounting)
 {
     for (auto [inW, inH] : {std::pair{320, 240}, {1280, 1024}, {640, 2000}, {321, 243}})

@@ -22,17 +22,21 @@ Bytes constantFrame(int w, int h, FORMAT format, unsigned char value);
 std::uint64_t hashOf(const unsigned char* data, std::size_t size);
 std::uint64_t hashOf(const Bytes& bytes);
 
-// An output frame with guard bytes on both sides, filled with `fill`.
+// An output frame with guard bytes on both sides, filled with `fill`. Whoever writes to the guards
+// ends the program with a message.
 class OutputFrame {
 public:
     OutputFrame(int w, int h, FORMAT format = FORMAT_NV12, unsigned char fill = 0xA5);
+    ~OutputFrame() { checkGuards(); }
+    OutputFrame(const OutputFrame&) = default;
+    OutputFrame& operator=(const OutputFrame&) = default;
 
     unsigned char* data() { return bytes_.data() + kGuard; }
     const unsigned char* data() const { return bytes_.data() + kGuard; }
     std::size_t size() const { return bytes_.size() - 2 * kGuard; }
     unsigned char operator[](std::size_t i) const { return data()[i]; }
     Bytes bytes() const { return Bytes(data(), data() + size()); }
-    bool guardsIntact() const;
+    void checkGuards() const;
 
 private:
     static constexpr std::size_t kGuard = 4096;

@@ -93,6 +93,51 @@ TEST(ImageFile, AJpegWithTooManyHuffmanCodesIsRefused)
     EXPECT_NE(errorOf([&] { decodeImage(file, "odd.jpg"); }).find("odd.jpg: "), std::string::npos);
 }
 
+// A file of this size lies where a 32-bit process has no addresses for the whole chunk.
+TEST(ImageFile, APngChunkLongerThanTheFileIsRefused)
+{
+    const Bytes file = encodeImage(test::gradient({320, 240}), ImageKind::png);
+    constexpr std::size_t kFirstChunk = 8 + 25; // behind the signature and IHDR
+    for (const char* type : {"IDAT", "tEXt"})
+        for (std::uint8_t length : Bytes{0x10, 0x3F, 0x7F, 0xFF}) {
+            Bytes odd(file.begin(), file.begin() + kFirstChunk);
+            odd.insert(odd.end(), {length, 0xFF, 0xFF, 0xFF});
+            odd.insert(odd.end(), type, type + 4);
+            odd.insert(odd.end(), file.begin() + kFirstChunk, file.end());
+            odd.resize(1 << 20);
+            EXPECT_NE(errorOf([&] { decodeImage(odd, "odd.png"); }).find("odd.png: damaged"),
+                      std::string::npos)
+                << type << " " << int(length);
+        }
+}
+
+TEST(ImageFile, ABmpWhosePixelsBeginInItsHeaderIsRefused)
+{
+    Bytes file(14 + 40 + 256 * 4 + 320 * 240, 7);
+    const Bytes header{
+        'B',  'M',  0, 0, 0,    0, 0, 0, 0, 0, /* pixels at */ 10, 0, 0, 0, 40, 0, 0, 0,
+        0x40, 0x01, 0, 0, 0xF0, 0, 0, 0, 1, 0, /* bits */ 8,       0};
+    std::fill_n(file.begin(), 54, std::uint8_t(0));
+    std::copy(header.begin(), header.end(), file.begin());
+    EXPECT_NE(errorOf([&] { decodeImage(file, "odd.bmp"); }).find("odd.bmp: damaged"),
+              std::string::npos);
+    file[10] = 54;
+    file[11] = 4;
+    EXPECT_EQ(decodeImage(file, "even.bmp").bytes, Bytes(320 * 240 * 3, 7));
+}
+
+TEST(ImageFile, AJpegWithoutItsScanShowsNothingOfOtherPictures)
+{
+    Bytes file = encodeImage(test::gradient({320, 240}), ImageKind::jpeg);
+    decodeImage(file, "whole.jpg"); // leaves freed planes behind
+    const Bytes scan{0xFF, 0xDA};
+    file.erase(std::search(file.begin(), file.end(), scan.begin(), scan.end()), file.end());
+    file.insert(file.end(), {0xFF, 0xD9});
+    const Bytes shown = decodeImage(file, "empty.jpg").bytes;
+    for (std::size_t i = 3; i < shown.size(); ++i)
+        ASSERT_EQ(shown[i], shown[i - 3]);
+}
+
 TEST(ImageFile, SizesOutsideTheLibrarysRangeAreRefused)
 {
     for (Size size : {Size{318, 240}, Size{320, 238}, Size{4098, 240}, Size{320, 4098}}) {

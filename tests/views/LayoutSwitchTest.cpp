@@ -1,6 +1,10 @@
 #include "ViewTestSupport.h"
 
+#include "engine/SubViews.h"
+
 #include <cstring>
+#include <limits>
+#include <utility>
 
 namespace {
 
@@ -115,4 +119,21 @@ TEST(LayoutSwitchSizes, EverySwitchStaysInsideItsBuffersOnAwkwardSizes)
             s.frame();
         }
     }
+}
+
+// Where steps that are held for thousands of frames lead.
+TEST(LayoutSwitchSizes, PansAndOffsetsThatGrewToTheirEndsAreServed)
+{
+    constexpr int kEnds[] = {std::numeric_limits<int>::max(), std::numeric_limits<int>::min()};
+    LayoutSlot s(320, 240, 160, 120);
+    for (int mode : kModes)
+        for (int camPos : {0, 1, 2})
+            for (int end : kEnds)
+                for (auto [pan, tilt] : {std::pair{32767, 0}, {-32768, 0}, {0, 32767}, {0, -32768}})
+                    for (int view : {1, 2}) {
+                        s.slot.update(mode, camPos, view, pan, tilt);
+                        for (const fe::SubViewFields& fields : fe::allViews())
+                            s.e.*fields.pan = s.e.*fields.aux = end;
+                        s.frame();
+                    }
 }

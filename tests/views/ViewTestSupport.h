@@ -4,6 +4,7 @@
 #include "Capture.h"
 #include "Frames.h"
 
+#include <cstring>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
@@ -97,8 +98,9 @@ inline void renderOnAwkwardScreens(int mode, bool constant)
                 EXPECT_EQ(slot.frame(in, out, format, true), 0);
                 EXPECT_EQ(slot.frame(in, out, format, true), 0);
                 const std::size_t luma = std::size_t(c.screenW) * std::size_t(c.screenH);
-                for (std::size_t i = 0; constant && i < luma; ++i)
-                    ASSERT_EQ(out[i], 77);
+                if (!constant || luma == 0) continue;
+                EXPECT_EQ(out[0], 77);
+                EXPECT_EQ(std::memcmp(out.data(), out.data() + 1, luma - 1), 0);
             }
     }
 }
