@@ -66,7 +66,7 @@ TEST(ResizeImage, ASizeOfZeroCannotBeInverted)
     EXPECT_EQ(resize(src.data(), out.data(), 0, 8, 8, 8), -1);
     EXPECT_EQ(resize(src.data(), out.data(), 8, 8, 8, -8), -1);
     // Their product fits no 32-bit offset.
-    EXPECT_EQ(resize(src.data(), out.data(), -2147483647 - 1, 21, 8, 8), -1);
+    EXPECT_EQ(resize(src.data(), out.data(), -2147483647 - 1, 21, 1 << 30, 21), -1);
     EXPECT_EQ(out, Bytes(96, 0xEE));
 }
 
