@@ -133,8 +133,13 @@ void videoInput(Draw& draw, IFishEye& eye)
     // Such screens were not set up.
     ExactBuffer out(screen <= 20'000'000 ? frameBytes(screen, inForce) : 1);
 
-    eye.LmFE_VideoInput(slot, draw.chance(40) ? nullptr : in.data(),
-                        draw.chance(40) ? nullptr : out.data(), w, h, format, draw.chance(2));
+    unsigned char* const src = draw.chance(40) ? nullptr : in.data();
+    unsigned char* const dst = draw.chance(40) ? nullptr : out.data();
+    const bool flip = draw.chance(2);
+    // What has been still for some frames is mapped in another way.
+    const int times = draw.chance(8) ? 12 : 1;
+    for (int frame = 0; frame < times; ++frame)
+        eye.LmFE_VideoInput(slot, src, dst, w, h, format, flip);
 }
 
 void paramsUpdated(Draw& draw, IFishEye& eye)
