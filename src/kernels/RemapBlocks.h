@@ -33,6 +33,14 @@ inline std::int32_t indexOf(const int* block, int entry)
     return index;
 }
 
+template <class V>
+void prefetchBlock(const int* entries, std::size_t ahead)
+{
+    const auto* bytes = reinterpret_cast<const unsigned char*>(entries) + ahead;
+    V::prefetch(bytes);
+    V::prefetch(bytes + 64);
+}
+
 // The block's entries as vectors: mask of those that the vectors must leave to the plain loop.
 template <class V>
 typename V::Vec hardEntries(typename V::Vec fractions, typename V::Vec indices,
@@ -45,16 +53,39 @@ typename V::Vec hardEntries(typename V::Vec fractions, typename V::Vec indices,
                     V::bitAnd(weightless, V::greater32(indices, reach)));
 }
 
+// How many entries of whole blocks come before the first hard one.
 template <class V>
-bool isHard(const int* block, typename V::Vec reach)
+std::size_t easyEntries(const int* table, std::size_t count, std::int32_t highest)
 {
-    auto hard = V::zero();
-    for (std::size_t k = 0; k < kBlock; k += V::kLanes) {
-        typename V::Vec fractions, indices;
-        V::loadEntries(entryAddress(block, k), fractions, indices);
-        hard = V::bitOr(hard, hardEntries<V>(fractions, indices, reach));
+    const auto reach = V::all32(highest);
+    std::size_t k = 0;
+    for (; k + kBlock <= count; k += kBlock) {
+        auto hard = V::zero();
+        for (std::size_t i = 0; i < kBlock; i += V::kLanes) {
+            typename V::Vec fractions, indices;
+            V::loadEntries(entryAddress(table, k + i), fractions, indices);
+            hard = V::bitOr(hard, hardEntries<V>(fractions, indices, reach));
+        }
+        if (V::any(hard)) break;
     }
-    return V::any(hard);
+    return k;
+}
+
+// Maps easy blocks by easy(first entry, first behind them) and what is left by plain(first entry,
+// count), a block at a time. The two kinds of loop keep their constants in registers.
+template <class V, class Easy, class Plain>
+void mapRuns(const int* table, std::size_t count, std::int32_t highest, Easy easy, Plain plain)
+{
+    std::size_t k = 0;
+    while (k + kBlock <= count) {
+        const std::size_t run = easyEntries<V>(entryAddress(table, k), count - k, highest);
+        easy(k, k + run);
+        k += run;
+        if (k + kBlock > count) break;
+        plain(k, kBlock);
+        k += kBlock;
+    }
+    plain(k, count - k);
 }
 
 // The weights 256 - fy, fy of each entry in its two words, from fy in both.
@@ -91,22 +122,19 @@ template <class V>
 void mapLuma(const unsigned char* src, unsigned char* dst, const int* table, std::size_t count,
              int stride, std::int32_t highest, std::size_t ahead)
 {
-    const auto reach = V::all32(highest);
-    std::size_t k = 0;
-    for (; k + kBlock <= count; k += kBlock) {
-        const int* block = entryAddress(table, k);
-        V::prefetch(reinterpret_cast<const unsigned char*>(block) + ahead);
-        V::prefetch(reinterpret_cast<const unsigned char*>(block) + ahead + 64);
-        if (isHard<V>(block, reach)) {
-            fe::kRemapPlain.luma(src, dst + k, block, kBlock, stride, highest, ahead);
-            continue;
+    const auto easy = [=](std::size_t k, std::size_t end) {
+        for (; k < end; k += kBlock) {
+            const int* block = entryAddress(table, k);
+            prefetchBlock<V>(block, ahead);
+            typename V::Vec values[kBlock / V::kLanes];
+            for (std::size_t i = 0; i < kBlock / V::kLanes; ++i)
+                values[i] = lumaLanes<V>(src, entryAddress(block, i * V::kLanes), stride);
+            V::storeBytes(dst + k, values);
         }
-        typename V::Vec values[kBlock / V::kLanes];
-        for (std::size_t i = 0; i < kBlock / V::kLanes; ++i)
-            values[i] = lumaLanes<V>(src, entryAddress(block, i * V::kLanes), stride);
-        V::storeBytes(dst + k, values);
-    }
-    fe::kRemapPlain.luma(src, dst + k, entryAddress(table, k), count - k, stride, highest, ahead);
+    };
+    mapRuns<V>(table, count, highest, easy, [=](std::size_t k, std::size_t n) {
+        fe::kRemapPlain.luma(src, dst + k, entryAddress(table, k), n, stride, highest, ahead);
+    });
 }
 
 // One block of a plan. A vector holds one tile of a pair or both; the values of tiles 0, 2, 4, 6
@@ -147,19 +175,10 @@ template <class V, bool swapped>
 void mapPacked(const unsigned char* src, unsigned char* dst, const int* table, std::size_t count,
                std::ptrdiff_t rowBytes, std::int32_t highest, std::size_t ahead)
 {
-    const auto plain = swapped ? fe::kRemapPlain.packedSwapped : fe::kRemapPlain.packed;
-    const auto reach = V::all32(highest);
-    std::size_t k = 0;
-    for (; k + kBlock <= count; k += kBlock) {
-        const int* block = entryAddress(table, k);
-        V::prefetch(reinterpret_cast<const unsigned char*>(block) + ahead);
-        V::prefetch(reinterpret_cast<const unsigned char*>(block) + ahead + 64);
-        if (isHard<V>(block, reach)) {
-            plain(src, dst + 3 * k, block, kBlock, rowBytes, highest, ahead);
-            continue;
-        }
-        for (std::size_t i = 0; i < kBlock; i += V::kLanes) {
-            const int* lanes = entryAddress(block, i);
+    const auto easy = [=](std::size_t k, std::size_t end) {
+        for (; k < end; k += V::kLanes) {
+            const int* lanes = entryAddress(table, k);
+            prefetchBlock<V>(lanes, ahead);
             const auto fractions = V::fractionsInOrder(lanes);
             const auto fx = V::bothUpper(fractions);
             const auto weights = verticalWeights<V>(V::bothLower(fractions));
@@ -168,10 +187,13 @@ void mapPacked(const unsigned char* src, unsigned char* dst, const int* table, s
             for (int p = 0; p < 4; ++p)
                 pixels[p] = interpolate<V>(V::pixelPairs(src - 2, rowBytes, lanes, p),
                                            V::broadcast(fx, p), V::broadcast(weights, p));
-            V::template storePixels<swapped>(dst + 3 * (k + i), pixels);
+            V::template storePixels<swapped>(dst + 3 * k, pixels);
         }
-    }
-    plain(src, dst + 3 * k, entryAddress(table, k), count - k, rowBytes, highest, ahead);
+    };
+    const auto plain = swapped ? fe::kRemapPlain.packedSwapped : fe::kRemapPlain.packed;
+    mapRuns<V>(table, count, highest, easy, [=](std::size_t k, std::size_t n) {
+        plain(src, dst + 3 * k, entryAddress(table, k), n, rowBytes, highest, ahead);
+    });
 }
 
 template <class V>
