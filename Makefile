@@ -1,10 +1,14 @@
 # The commands of README.md. Everything else is CMake: see CMakePresets.json.
 
-.PHONY: all check demo dist docs fuzz soak tidy setup format clean
+.PHONY: all bench check demo dist docs fuzz soak tidy setup format clean
 
 all: setup
 	cmake --preset release-32
 	cmake --build --preset release-32
+
+bench: setup
+	scripts/setup_bench.sh
+	scripts/bench.sh
 
 check: setup
 	scripts/check.sh
