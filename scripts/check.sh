@@ -2,9 +2,9 @@
 # Builds and runs every test for both word sizes: check.sh [PRESET...]
 #
 # Without presets: the release and the sanitized builds in full, then the golden hashes of unoptimised
-# and Clang builds, which must be the same, the instructions that a frame takes, slots on threads,
-# clang-tidy over the library, a while of fuzzing, the documentation, which must build without
-# warnings, the binary interface and the release's archives.
+# and Clang builds, which must be the same, processors with fewer instructions, the instructions that a
+# frame takes, slots on threads, clang-tidy over the library, a while of fuzzing, the documentation,
+# which must build without warnings, the binary interface and the release's archives.
 set -eu
 cd "$(dirname "$0")/.."
 
@@ -32,6 +32,8 @@ done
 for preset in debug-32 debug-64 clang-32 clang-64; do
     run "$preset" golden_frames -R '^golden$'
 done
+echo "== processors"
+scripts/processors.sh
 echo "== instructions"
 scripts/instructions.sh check
 run threads-64 "api_tests serve_sixteen_cameras" -R '^(api|example_serve_sixteen_cameras)$'
