@@ -2,28 +2,34 @@
 #include "FEDSP.h"
 
 #include "engine/Numeric.h"
+#include "kernels/Isa.h"
+#include "mapping/LensRows.h"
 #include "mapping/MapEntry.h"
 #include "views/TableForms.h"
 
+#include <algorithm>
 #include <cstdio>
 
 namespace {
 
-constexpr float kRadiusScale = 0.5575035f * 2; // the lens law reaches its full angle at Lr / this
-constexpr float kDegrees = 57.295645f;         // per radian, as the pictures need it
-
-// The lens's field of view in degrees, and the tangent of its half, which fixes the view plane.
-struct Lens {
-    float fov;
-    float tanHalf;
-};
-constexpr Lens kLens{160.0f, 5.67139f};
-constexpr Lens kLargeInputLens{170.0f, 11.430509f};
+constexpr int kColumns = 2048; // whose places are worked out at once, for all rows
 
 float tiltSlope(const FEDSP& e, float rowStep)
 {
     if (e.m_bSingle) return 1 / (300 / rowStep / e.m_fScaleX) / float(e.m_nAngleLimit);
     return 1 / (150 / e.m_fScaleX / rowStep) * 0.0222f;
+}
+
+decltype(&fe::mapLensRow) rowMapper()
+{
+    switch (fe::isaInUse()) {
+    case fe::Isa::plain:
+        return fe::mapLensRow;
+    case fe::Isa::avx2:
+        return fe::mapLensRowAvx2;
+    default:
+        return fe::mapLensRowSse2;
+    }
 }
 
 } // namespace
@@ -46,58 +52,60 @@ void FEDSP::Fisheye_calibration_Init_byArea(int u, int v, int Lr, int Sr, Clonef
     const float n = m_bSingle ? 40 : 0;
     const float k = 1 - (n * 0.875f) / 80;
     const float slope = tiltSlope(*this, dy);
-    const Lens lens = m_bLargeInput && m_nCamPos != 1 ? kLargeInputLens : kLens;
 
     const float fu = float(u);
     const float fv = float(v);
-    const float radius = float(Lr);
     const float cx = float(std::int64_t(rcArea.x) + v - Lr);
     const float cy = float(std::int64_t(rcArea.y) + u - Lr);
-    const float P = (cx * co - cy * si) * k;
-    const float Q = (cy * co + cx * si) * k;
-    const float halfWidth = float(m_nInputW >> 1);
-    const float lastRow = float(std::int64_t(m_nInputH) - 2);
-    const float lastCol = float(std::int64_t(m_nInputW) - 2);
-    const int i0 = nOutH / 2;
+    const fe::LensView view{
+        .si = si,
+        .co = co,
+        .P = (cx * co - cy * si) * k,
+        .Q = (cy * co + cx * si) * k,
+        .centreRow = fu,
+        .centreCol = fv,
+        .Lr = Lr,
+        .halfWidth = float(m_nInputW >> 1),
+        .lastRow = float(std::int64_t(m_nInputH) - 2),
+        .lastCol = float(std::int64_t(m_nInputW) - 2),
+        .lens = m_bLargeInput && m_nCamPos != 1 ? fe::kLargeInputLens : fe::kLens,
+        .pitch = m_nPitch,
+    };
+    const bool mirrored = CamPos == 1 || CamPos == 2;
+    const auto mapRow = rowMapper();
 
-    float Ra = fu * co - fv * si - fu * k;
-    for (int i = 0; i < nOutH; ++i, Ra = Ra + dy * k) {
+    // Maps the pixels of some rows and says whether some of them have no source.
+    const auto mapRows = [&](int firstRow, int endRow) {
+        bool someWithout = false;
+        float places[kColumns];
         // Kept: the - 1 shifts every view by one input pixel along its own columns.
         float Ca = fv * co + fu * si - fv * k - 1;
-        const float m = 1 - (float(nOutH - (i0 + i)) * slope * float(Tile_Angle)) / m_fScaleX;
+        for (int j = 0, count; j < nOutW; j += count) {
+            count = std::min(nOutW - j, kColumns);
+            for (int c = 0; c < count; ++c, Ca = Ca + dx * k)
+                places[mirrored ? count - 1 - c : c] = Ca;
+            const int column = mirrored ? nOutW - j - count : j;
 
-        for (int j = 0; j < nOutW; ++j, Ca = Ca + dx * k) {
-            const float dY = (Ra * co + Ca * si) + Q - fu;
-            const float dX = P + (Ca * co - Ra * si) - fv;
-            const float y = dY * kRadiusScale;
-            const float x = dX * kRadiusScale;
-            const float r = FastInvSqrt(1 / (y * y + x * x));
-            // On the optical axis r is minus infinity and must not be truncated.
-            if (!(halfWidth > r) && !(fe::trunc32(double(r + 3)) < Lr)) continue;
-
-            const float q = r / m;
-            const float theta =
-                float(FastAtan(double(q * lens.tanHalf / radius)) * double(kDegrees));
-            const float g = (2 * radius) / (lens.fov * q) * theta;
-            float srcRow = (dY * g / m) * 1 + fu;
-            float srcCol = (dX * g / m) * 1 + fv;
-            if (q == 0) {
-                srcRow = fu;
-                srcCol = fv;
+            float Ra = fu * co - fv * si - fu * k;
+            for (int i = 0; i < endRow; ++i, Ra = Ra + dy * k) {
+                if (i < firstRow) continue;
+                const float m =
+                    1 - (float(nOutH - (nOutH / 2 + i)) * slope * float(Tile_Angle)) / m_fScaleX;
+                const std::size_t first = std::size_t(i) * std::size_t(nOutW) + std::size_t(column);
+                someWithout |=
+                    mapRow(view, {Ra, m}, places, count,
+                           reinterpret_cast<unsigned char*>(pMapTbl) + first * fe::kMapEntryBytes);
             }
-            if (srcRow >= lastRow) srcRow = 0;
-            if (srcCol >= lastCol) srcCol = 0;
-
-            // Kept: a pixel without a source clears the table's first entry, not its own. A NaN,
-            // which arises where the tilted plane passes through the camera, counts as such.
-            if (!(srcRow > 0 && srcCol > 0)) {
-                fe::storeEntry(pMapTbl, 0, {0, 0});
-                continue;
-            }
-            const bool mirrored = CamPos == 1 || CamPos == 2;
-            const int column = mirrored ? nOutW - 1 - j : j;
-            fe::storeEntry(pMapTbl, std::size_t(i) * std::size_t(nOutW) + std::size_t(column),
-                           fe::entryAt(srcRow, srcCol, m_nPitch));
         }
+        return someWithout;
+    };
+
+    // Kept: a pixel without a source clears the table's first entry, not its own. In a mirrored
+    // table that entry belongs to the last pixel of row 0, which has the last word on that row.
+    const int firstRows = std::min(nOutH, 1);
+    if (mapRows(0, firstRows)) {
+        fe::storeEntry(pMapTbl, 0, {0, 0});
+        if (mirrored) mapRows(0, firstRows);
     }
+    if (mapRows(firstRows, nOutH)) fe::storeEntry(pMapTbl, 0, {0, 0});
 }

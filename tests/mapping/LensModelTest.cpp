@@ -1,5 +1,6 @@
 #include "Capture.h"
 #include "Frames.h"
+#include "kernels/Isa.h"
 #include "mapping/MapEntry.h"
 
 #include <cmath>
@@ -342,4 +343,73 @@ TEST_F(LensModel, TheTiltSlopeDependsOnTheLayout)
     // The input's scale cancels: the slope grows with it and is divided by it.
     EXPECT_NEAR(dividers(0, 2), dividers(0, 1), 1e-3);
     EXPECT_NEAR(dividers(1, 2), dividers(1, 1), 1e-3);
+}
+
+TEST_F(LensModel, EveryInstructionSetBuildsTheSameTable)
+{
+    std::vector<std::vector<int>> tables;
+    for (const Isa isa : kIsas) {
+        limitIsa(isa);
+        tables.emplace_back();
+        for (int camPos : {0, 1, 2})
+            for (int tilt : {0, 20, -70}) {
+                reset();
+                build({640 - 400, 640 - 150, 900, 700}, 300, tilt, camPos);
+                tables.back().insert(tables.back().end(), table.begin(), table.end());
+            }
+    }
+    limitIsa(Isa::avx2);
+    for (const auto& each : tables)
+        EXPECT_EQ(each, tables.front());
+}
+
+// A pixel without a source clears entry 0 after the pixels before it and before those behind it.
+TEST_F(LensModel, EntryZeroIsWrittenInThePixelsOrder)
+{
+    engine.m_nInputW = 700; // columns beyond 698 have no source
+    const auto entryZero = [&](float angle, int camPos, int rows) {
+        reset();
+        engine.Fisheye_calibration_Init_byArea(640, 640, 640, 640, {440, 490, 400, 300}, angle, 0,
+                                               kW, rows, table.data(), 0, camPos);
+        return at(0, 0).fractions == 0 && at(0, 0).index == 0;
+    };
+    for (const Isa isa : kIsas) {
+        limitIsa(isa);
+        // The first pixel has a source, and the last one clears its entry.
+        EXPECT_TRUE(entryZero(0, 0, 1)) << nameOf(isa);
+        // Mirrored and turned round, the first pixels clear it before the last one has its turn.
+        EXPECT_FALSE(entryZero(720, 2, 1)) << nameOf(isa);
+        EXPECT_FALSE(untouched(0, 0)) << nameOf(isa);
+        // The next row clears it again.
+        EXPECT_TRUE(entryZero(720, 2, 2)) << nameOf(isa);
+        // Here that last pixel is one of those without a source.
+        EXPECT_TRUE(entryZero(0, 2, 1)) << nameOf(isa);
+    }
+    limitIsa(Isa::avx2);
+}
+
+// Columns half a pixel apart have exact places, so they do not depend on the view's width.
+TEST_F(LensModel, AVeryWideViewIsMadeOfNarrowOnesSideBySide)
+{
+    constexpr int kWide = 4400, kPart = 100, kRows = 2;
+    engine.m_nInputW = engine.m_nInputH = 4096;
+    std::vector<int> wide(2 * kWide * kRows), part(2 * kPart * kRows);
+    for (int camPos : {0, 2}) {
+        engine.Fisheye_calibration_Init_byArea(2048, 2048, 2048, 2048,
+                                               {900, 2048, kWide / 2, kRows}, 0, 0, kWide, kRows,
+                                               wide.data(), 0, camPos);
+        for (int x = 0; x < kWide; x += kPart) {
+            engine.Fisheye_calibration_Init_byArea(2048, 2048, 2048, 2048,
+                                                   {900 + x / 2, 2048, kPart / 2, kRows}, 0, 0,
+                                                   kPart, kRows, part.data(), 0, camPos);
+            ASSERT_GT(part[1], 0);
+            for (int row = 0; row < kRows; ++row) {
+                const int column = camPos == 0 ? x : kWide - kPart - x;
+                ASSERT_TRUE(std::equal(part.begin() + row * 2 * kPart,
+                                       part.begin() + (row + 1) * 2 * kPart,
+                                       wide.begin() + 2 * (row * kWide + column)))
+                    << "column " << column << " of row " << row << ", mounting " << camPos;
+            }
+        }
+    }
 }
