@@ -52,8 +52,9 @@ void resizing(Draw& draw)
     if (draw.chance(2)) {
         const auto planes = [](int w, int h) { return area(w, h) + 2 * area(w / 2, h / 2); };
         Source src(draw, planes(srcW, srcH));
-        ExactBuffer dst(bytes(planes(dstW, dstH)));
-        engine.resize_image(src.data(), dst.data(), srcW, srcH, dstW, dstH);
+        withEveryIsa(planes(dstW, dstH), [&](unsigned char* dst) {
+            engine.resize_image(src.data(), dst, srcW, srcH, dstW, dstH);
+        });
     } else {
         Source src(draw, 3 * area(srcW, srcH));
         ExactBuffer dst(bytes(3 * area(dstW, dstH)));

@@ -36,43 +36,49 @@ void builders(Draw& draw)
     const int c1 = coordinate(), c2 = coordinate();
     const int radius = draw.chance(8) ? draw.of({0, -1, INT_MIN}) : draw.between(0, 60);
     const int width = drawSide(draw);
+    // Builds by build(table) into so many entries, with every instruction set.
+    const auto checked = [&](std::int64_t entries, auto build) {
+        withEveryIsa(entries * 8, [&](unsigned char* bytesOfTable) {
+            std::memset(bytesOfTable, 0, bytes(entries) * 8);
+            auto* table = static_cast<int*>(static_cast<void*>(bytesOfTable));
+            build(table);
+            checkTable(table, entries, inW, inH);
+        });
+    };
     std::int64_t entries = 0;
     switch (draw.below(3)) {
     case 0: {
-        const int mode = draw.between(-1, 3);
+        const int mode = draw.between(-1, 3), rotation = draw.any(), shift = draw.below(2);
         if (width > 0 && mode == 2)
             entries = radius > 3 ? std::int64_t(radius - 3) * width + 1 : 0;
         else if (width > 0 && radius > 0)
             entries = std::min(std::int64_t(radius / 2) * width, area(inW, inH)) + 1;
-        auto table = ExactBuffer(bytes(entries) * 8);
-        std::memset(table.data(), 0, table.size());
-        auto* words = static_cast<int*>(static_cast<void*>(table.data()));
-        engine.InitCPIBuffer_360(c1, c2, radius, inW, inH, words, draw.any(), nullptr, nullptr,
-                                 mode, draw.below(2), width);
-        checkTable(words, entries, inW, inH);
+        checked(entries, [&](int* table) {
+            engine.InitCPIBuffer_360(c1, c2, radius, inW, inH, table, rotation, nullptr, nullptr,
+                                     mode, shift, width);
+        });
         break;
     }
     case 1: {
         if (width > 0 && radius > 1) entries = std::int64_t(radius - 1) * width;
-        ExactBuffer table(bytes(entries) * 8);
-        std::memset(table.data(), 0, table.size());
-        auto* words = static_cast<int*>(static_cast<void*>(table.data()));
-        engine.Mercator_Projection_360(c1, c2, radius, inW, inH, words, draw.any(), nullptr,
-                                       nullptr, draw.any(), width);
-        checkTable(words, entries, inW, inH);
+        const int angle = draw.any(), mode = draw.any();
+        checked(entries, [&](int* table) {
+            engine.Mercator_Projection_360(c1, c2, radius, inW, inH, table, angle, nullptr, nullptr,
+                                           mode, width);
+        });
         break;
     }
     default: {
         const int height = drawSide(draw);
-        entries = area(width, height);
-        ExactBuffer table(bytes(entries) * 8);
-        std::memset(table.data(), 0, table.size());
-        auto* words = static_cast<int*>(static_cast<void*>(table.data()));
         const FEDSP::ClonefishRect rect{coordinate(), coordinate(), coordinate(), coordinate()};
-        engine.Fisheye_calibration_Init_byArea(
-            c1, c2, draw.chance(4) ? draw.any() : draw.between(0, 60), draw.any(), rect,
-            draw.anyFloat(), draw.any(), width, height, words, coordinate(), draw.between(0, 3));
-        checkTable(words, entries, inW, inH);
+        const int lens = draw.chance(4) ? draw.any() : draw.between(0, 60);
+        const int unused = draw.any(), zoom = draw.any();
+        const float angle = draw.anyFloat();
+        const int tilt = coordinate(), mounting = draw.between(0, 3);
+        checked(area(width, height), [&](int* table) {
+            engine.Fisheye_calibration_Init_byArea(c1, c2, lens, unused, rect, angle, zoom, width,
+                                                   height, table, tilt, mounting);
+        });
         break;
     }
     }
