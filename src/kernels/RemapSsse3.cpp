@@ -5,18 +5,6 @@
 
 namespace {
 
-// Bytes 4 * i to 4 * i + 3, each four times, or twice with a zero behind it.
-alignas(16) constexpr unsigned char kFourTimes[4][16] = {
-    {0, 0, 0, 0, 1, 1, 1, 1, 2, 2, 2, 2, 3, 3, 3, 3},
-    {4, 4, 4, 4, 5, 5, 5, 5, 6, 6, 6, 6, 7, 7, 7, 7},
-    {8, 8, 8, 8, 9, 9, 9, 9, 10, 10, 10, 10, 11, 11, 11, 11},
-    {12, 12, 12, 12, 13, 13, 13, 13, 14, 14, 14, 14, 15, 15, 15, 15}};
-alignas(16) constexpr unsigned char kTwice[4][16] = {
-    {0, 255, 0, 255, 1, 255, 1, 255, 2, 255, 2, 255, 3, 255, 3, 255},
-    {4, 255, 4, 255, 5, 255, 5, 255, 6, 255, 6, 255, 7, 255, 7, 255},
-    {8, 255, 8, 255, 9, 255, 9, 255, 10, 255, 10, 255, 11, 255, 11, 255},
-    {12, 255, 12, 255, 13, 255, 13, 255, 14, 255, 14, 255, 15, 255, 15, 255}};
-
 struct Ssse3Vectors : SseVectors {
     static Vec add8(Vec a, Vec b) { return _mm_add_epi8(a, b); }
     static Vec shuffle8(Vec a, Vec order) { return _mm_shuffle_epi8(a, order); }
@@ -26,11 +14,11 @@ struct Ssse3Vectors : SseVectors {
     }
     static Vec eachFourTimes(const unsigned char* bytes, std::size_t i)
     {
-        return _mm_shuffle_epi8(load(bytes), load(kFourTimes[i]));
+        return _mm_shuffle_epi8(load(bytes), load(fe::kFourTimes[i]));
     }
     static Vec eachTwice(const unsigned char* bytes, std::size_t i)
     {
-        return _mm_shuffle_epi8(load(bytes), load(kTwice[i]));
+        return _mm_shuffle_epi8(load(bytes), load(fe::kTwice[i]));
     }
     static Vec pixelPairs(const unsigned char* src, std::ptrdiff_t rowBytes, const int* block,
                           int entry)
