@@ -16,8 +16,8 @@ struct PlanBlock {
     // window[0], 2 and 3 window[2], and so on.
     std::int32_t window[8];
     std::int32_t chroma[8]; // index of each tile's chroma sample
-    std::uint8_t
-        position[32];    // 4 * row + column of a pixel's top-left neighbour in the window, 0..2
+    // Of each pixel's top-left neighbour in the window: 4 * row + column, both 0..2.
+    std::uint8_t position[32];
     std::uint8_t fx[32]; // fractions, as in the table
     std::uint8_t fy[32];
 
