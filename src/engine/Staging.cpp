@@ -1,6 +1,8 @@
 // Staging the input, and turning and mirroring images.
 #include "FEDSP.h"
 
+#include "kernels/ReversedCopy.h"
+
 #include <cstring>
 
 namespace {
@@ -20,9 +22,7 @@ void mirrorRows(const unsigned char* src, unsigned char* dst, std::size_t elemen
     const std::size_t rowBytes = std::size_t(length) * elementBytes;
     for (int r = 0; r < rows; ++r, src += rowBytes, dst += rowBytes)
         // Kept: offset by one element, so x = 0 takes the first element after the row.
-        for (int x = 0; x < length; ++x)
-            std::memcpy(dst + std::size_t(x) * elementBytes,
-                        src + std::size_t(length - x) * elementBytes, elementBytes);
+        fe::copyReversed(src + elementBytes, dst, std::size_t(length), elementBytes);
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 // The composition of the quad and the 360 frame from their views.
 #include "views/Compose.h"
 
+#include "kernels/ReversedCopy.h"
 #include "views/LayoutSizes.h"
 
 #include <algorithm>
@@ -27,6 +28,11 @@ void OutputWindow::mirrorRows(const RowCopy& rows, int elementBytes) const
     for (std::int64_t r = 0; r < rows.rows; ++r) {
         const std::int64_t offset = rows.offset + r * rows.step;
         const unsigned char* src = rows.src + r * rows.srcStep;
+        if (offset >= 0 && offset <= size_ - elements * elementBytes) {
+            copyReversed(src + elementBytes, dst_ + offset, std::size_t(elements),
+                         std::size_t(elementBytes));
+            continue;
+        }
         for (std::int64_t x = 0; x < elements; ++x)
             for (std::int64_t b = 0; b < elementBytes; ++b) {
                 const std::int64_t at = offset + x * elementBytes + b;
