@@ -1,9 +1,11 @@
 #include "Capture.h"
 #include "Frames.h"
 #include "GuardedBuffer.h"
+#include "Isas.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>
+#include <random>
 
 namespace {
 
@@ -79,5 +81,27 @@ TEST(ResizeImage, OddSizesStayInsideTheirImages)
         EXPECT_EQ(resize(src.data(), out.data(), w, h, 47, 31), 0);
         EXPECT_EQ(out[0], 90);
         EXPECT_EQ(out[47 * 31], 90);
+    }
+}
+
+TEST(ResizeImage, EveryInstructionSetGivesTheSamePicture)
+{
+    std::mt19937 random(6);
+    const auto side = [&](int most) {
+        return 1 + int(std::uint32_t(random()) % std::uint32_t(most));
+    };
+    for (int round = 0; round < 400; ++round) {
+        const int most = round % 8 == 0 ? 1200 : 90;
+        const int srcW = side(most), srcH = side(90), dstW = side(most), dstH = side(90);
+        const auto bytes = [](int w, int h) { return std::size_t(w * h + w / 2 * (h / 2) * 2); };
+        GuardedBuffer src(bytes(srcW, srcH));
+        for (std::size_t i = 0; i < src.size(); ++i)
+            src[i] = static_cast<unsigned char>(round % 3 == 0 ? random() % 2 * 255 : random());
+        SCOPED_TRACE(testing::Message()
+                     << srcW << " x " << srcH << " to " << dstW << " x " << dstH);
+        expectSameWithEveryIsa(bytes(dstW, dstH), [&](unsigned char* out) {
+            resize(src.data(), out, srcW, srcH, dstW, dstH);
+        });
+        if (HasFailure()) return;
     }
 }

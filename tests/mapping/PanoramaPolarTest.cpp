@@ -1,10 +1,12 @@
 #include "Frames.h"
+#include "Isas.h"
 #include "mapping/MapEntry.h"
 
 #include <algorithm>
 #include <climits>
 #include <cmath>
 #include <gtest/gtest.h>
+#include <random>
 
 using namespace fe;
 
@@ -191,4 +193,28 @@ TEST_F(PanoramaPolar, AnInputOfTheLowestSizeLeavesEveryEntryEmpty)
     engine.InitCPIBuffer_360(1, 1, 40, INT_MIN, INT_MIN, table.data(), 0, nullptr, nullptr, 2, 0,
                              kW);
     EXPECT_TRUE(empty(at(8, 20)));
+}
+
+TEST(Polar, EveryInstructionSetBuildsTheSameTable)
+{
+    std::mt19937 random(4);
+    const auto between = [&](int low, int high) {
+        return low + int(std::uint32_t(random()) % std::uint32_t(high - low + 1));
+    };
+    for (int round = 0; round < 300; ++round) {
+        const int inW = between(1, 700), inH = between(1, 700), radius = between(0, 300);
+        const int width = round % 10 == 0 ? 1080 : between(1, 600), mode = between(0, 2);
+        const int c1 = between(-50, 700), c2 = between(-50, 700), rotation = between(-400, 400);
+        const int shift = between(0, 1);
+        FEDSP e;
+        e.m_nPitch = round % 7 == 0 ? between(-3, 70000) : inW;
+        const std::size_t entries = std::size_t(std::max(radius, 1)) * std::size_t(width) + 1;
+        SCOPED_TRACE(testing::Message() << "round " << round << " mode " << mode);
+        expectSameWithEveryIsa(entries * kMapEntryBytes, [&](unsigned char* table) {
+            e.InitCPIBuffer_360(c1, c2, radius, inW, inH,
+                                static_cast<int*>(static_cast<void*>(table)), rotation, nullptr,
+                                nullptr, mode, shift, width);
+        });
+        if (HasFailure()) return;
+    }
 }

@@ -1,8 +1,10 @@
 #include "Frames.h"
+#include "Isas.h"
 #include "mapping/MapEntry.h"
 
 #include <climits>
 #include <gtest/gtest.h>
+#include <random>
 
 using namespace fe;
 
@@ -96,4 +98,27 @@ TEST_F(PanoramaRemap, AnInputOfTheLowestSizeLeavesEveryEntryEmpty)
     build(600, 700, INT_MIN, INT_MIN);
     EXPECT_TRUE(empty(0, 0));
     EXPECT_TRUE(empty(kR / 2, kW / 2));
+}
+
+TEST(Remap, EveryInstructionSetBuildsTheSameTable)
+{
+    std::mt19937 random(5);
+    const auto between = [&](int low, int high) {
+        return low + int(std::uint32_t(random()) % std::uint32_t(high - low + 1));
+    };
+    for (int round = 0; round < 300; ++round) {
+        const int inW = between(1, 700), inH = between(1, 700), radius = between(0, 300);
+        const int width = between(1, round % 5 == 0 ? 1400 : 700);
+        const int c1 = between(-50, 700), c2 = between(-50, 700);
+        FEDSP e;
+        e.m_nPitch = round % 7 == 0 ? between(-3, 70000) : inW;
+        const std::size_t entries = std::size_t(std::max(radius - 1, 0)) * std::size_t(width);
+        SCOPED_TRACE(testing::Message() << "round " << round);
+        expectSameWithEveryIsa(entries * kMapEntryBytes, [&](unsigned char* table) {
+            e.Mercator_Projection_360(c1, c2, radius, inW, inH,
+                                      static_cast<int*>(static_cast<void*>(table)), 0, nullptr,
+                                      nullptr, 0, width);
+        });
+        if (HasFailure()) return;
+    }
 }
