@@ -136,7 +136,7 @@ TEST(FixedMap, IsTheSameInEveryBuild)
 
 TEST(FixedMap, KeepsAFlatPictureFlat)
 {
-    std::vector<unsigned char> source(kWidth * kHeight * 3 / 2, 77), out(source.size());
+    Bytes source(kWidth * kHeight * 3 / 2, 77), out(source.size());
     std::vector<int> table(kWidth * kHeight * 2);
     for (int value : {0, 1, 128, 254, 255}) {
         std::fill_n(source.begin(), kWidth * kHeight, static_cast<unsigned char>(value));

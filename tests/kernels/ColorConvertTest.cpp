@@ -1,5 +1,6 @@
 #include "FEDSP.h"
 #include "GuardedBuffer.h"
+#include "GuardedBytes.h"
 
 #include <gtest/gtest.h>
 
@@ -12,8 +13,6 @@
 #include <vector>
 
 namespace {
-
-using Bytes = std::vector<unsigned char>;
 
 Bytes randomBytes(std::size_t count)
 {

@@ -2,12 +2,11 @@
 #pragma once
 
 #include "FEDSP.h"
+#include "GuardedBytes.h"
 #include "LumoFESDK.h"
 
 #include <cstdint>
 #include <vector>
-
-using Bytes = std::vector<unsigned char>;
 
 // Bytes of a frame; formats other than RGB count as 4:2:0.
 std::size_t frameBytes(int w, int h, FORMAT format);
