@@ -127,8 +127,8 @@ protected:
     }
     float someKeystone()
     {
-        const float odd[] = {0.0f,   -0.0f,   -1.0f, 0x1p-20f, 0x1p-21f,
-                             1e-40f, 0x1p20f, 1e30f, kInf,     kNaN};
+        const float odd[] = {0.0f,    -0.0f, -1.0f, 0x1p-20f, 0x1p-21f, 1e-40f,
+                             0x1p20f, 1e30f, kInf,  -kInf,    kNaN};
         if (onceIn(3)) return 1;
         if (onceIn(4)) return oneOf(odd);
         return float(between(-1000, 3000)) / 1000;
@@ -228,24 +228,52 @@ TEST_P(LensRows, HitTheOpticalAxis)
             }
 }
 
+// Rows and columns of more than 15 bits, and of more than 16.
+TEST_P(LensRows, ReachPositionsOfAnySize)
+{
+    for (const float row : {500.0f, 32700.0f, 32768.0f, 40000.0f, 65500.0f, 100000.0f})
+        for (const float col : {500.0f, 32700.0f, 32768.0f, 40000.0f, 65500.0f, 100000.0f}) {
+            const LensView view{.si = 0,
+                                .co = 1,
+                                .P = col,
+                                .Q = row,
+                                .centreRow = row,
+                                .centreCol = col,
+                                .Lr = 2000,
+                                .halfWidth = 2000,
+                                .lastRow = row + 60,
+                                .lastCol = col + 60,
+                                .lens = kLens,
+                                .pitch = 1000};
+            for (const float Ra : {-70.0f, 0.5f, 70.0f})
+                expectEqualRows(view, {Ra, 1.0f}, somePlaces(200));
+        }
+}
+
 // A radius counts with its whole pixels, and three more.
 TEST_P(LensRows, EndAtTheSameRadius)
 {
-    for (const int Lr : {4, 640, 1024, 1025, 1027, 1 << 22, 1 << 24, (1 << 24) + 1}) {
+    for (const int Lr :
+         {10, 640, 1024, 1025, 1027, 1 << 22, 1 << 24, (1 << 24) + 1, (1 << 26) + 3}) {
         LensView view{};
         view.co = 1;
         view.Lr = Lr;
-        view.lastRow = view.lastCol = 32000;
         view.lens = kLens;
-        // FastInvSqrt makes the radius up to 0.18 % too small.
-        float place = float(Lr - 3) / kRadiusScale;
-        const float step = std::max(place / 1000000, std::nextafter(place, kInf) - place);
-        for (const float end = place * 1.002f; place < end;) {
-            std::vector<float> places(8);
-            for (float& p : places)
-                p = place += step;
-            expectEqualRows(view, {0.0f, 1.0f}, places);
+        // Nothing lies in this input, so the result says whether the place is inside the circle.
+        const LensRow row{0, 1};
+        const auto inside = [&](float place) { return mapLensRow(view, row, &place, 1, nullptr); };
+        float near = float(Lr) * 0.5f, far = float(Lr);
+        ASSERT_TRUE(inside(near)) << Lr;
+        ASSERT_FALSE(inside(far)) << Lr;
+        while (std::nextafter(near, far) < far) {
+            const float middle = near + (far - near) / 2;
+            (inside(middle) ? near : far) = middle;
         }
+        float place = near;
+        for (int n = 0; n < 40; ++n)
+            place = std::nextafter(place, 0.0f);
+        for (int n = 0; n < 80; ++n, place = std::nextafter(place, kInf))
+            expectEqualRows(view, row, std::vector<float>(8, place));
     }
 }
 
