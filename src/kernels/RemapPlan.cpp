@@ -27,7 +27,7 @@ public:
         : columns_(std::size_t(w) / kPlanBlockW), rows_(std::size_t(h) / kPlanBlockH)
     {
         void* p = memory;
-        std::size_t room = 2 * 64;
+        std::size_t room = 128;
         first_ = static_cast<PlanBlock*>(std::align(64, 64, p, room));
     }
     std::size_t columns() const { return columns_; }

@@ -1,6 +1,7 @@
 // Scaling of one plane with AVX2.
 #include "kernels/ScalePlane.h"
 
+#include <cstddef>
 #include <immintrin.h>
 
 namespace fe {
@@ -41,7 +42,7 @@ void across(const ScaleColumns& columns, const unsigned char* row, float* out)
     }
     const int* window = columns.window;
     const ScaleGroup* group = columns.groups;
-    const float* end = out + columns.steps * kScaleStep;
+    const float* end = out + std::ptrdiff_t(columns.steps) * kScaleStep;
     if (columns.whole)
         for (; out < end; out += kScaleGroup, ++window, ++group)
             _mm256_store_ps(out, weigh(pairsOf(row + *window, *group), *group));
@@ -56,7 +57,7 @@ void across(const ScaleColumns& columns, const unsigned char* row, float* out)
 __m256i bytesOf(const __m256i* values)
 {
     __m256i turns[2]; // the high halves of two vectors each, in turn
-    for (int t = 0; t < 2; ++t)
+    for (std::size_t t = 0; t < 2; ++t)
         turns[t] =
             _mm256_blend_epi16(_mm256_srli_epi32(values[2 * t], 16), values[2 * t + 1], 0xAA);
     const __m256i vectors = _mm256_broadcastsi128_si256(
@@ -93,7 +94,7 @@ void store(unsigned char* out, __m256i bytes)
                                               _mm256_max_epu16(values[2], values[3]));
         const __m256i doubtful = _mm256_cmpeq_epi16(_mm256_max_epu16(most, edge), most);
         doubts |= unsigned(_mm256_movemask_epi8(doubtful) != 0) << s;
-        store(out + s * kScaleStep, bytesOf(values));
+        store(out + std::ptrdiff_t(s) * kScaleStep, bytesOf(values));
     }
     return doubts;
 }
@@ -127,12 +128,12 @@ void down(const ScaleRows& pair, unsigned char* out, int count)
     _mm_setcsr(mode);
     for (; doubts != 0; doubts &= doubts - 1) {
         const int step = __builtin_ctz(doubts);
-        store(out + step * kScaleStep, carefully(rows, step));
+        store(out + std::ptrdiff_t(step) * kScaleStep, carefully(rows, step));
     }
     if (rest == 0) return;
     unsigned char last[kScaleStep];
     store(last, carefully(rows, steps));
-    out += steps * kScaleStep;
+    out += std::ptrdiff_t(steps) * kScaleStep;
     for (int i = 0; i < rest; ++i)
         out[i] = last[i];
 }

@@ -13,7 +13,8 @@ void across(const ScaleColumns& columns, const unsigned char* row, float* out)
 {
     alignas(16) unsigned int pairs[kScaleBlock];
     unsigned int* pair = pairs;
-    const ScaleGroup* const end = columns.groups + columns.steps * (kScaleStep / kScaleGroup);
+    const ScaleGroup* const end =
+        columns.groups + std::ptrdiff_t(columns.steps) * (kScaleStep / kScaleGroup);
     for (const ScaleGroup* group = columns.groups; group < end; ++group)
         for (int index : group->index) {
             const unsigned char* p = row + index;
@@ -40,7 +41,7 @@ void across(const ScaleColumns& columns, const unsigned char* row, float* out)
 void storeBytes(unsigned char* out, const __m128i* values)
 {
     __m128i words[2];
-    for (int w = 0; w < 2; ++w)
+    for (std::size_t w = 0; w < 2; ++w)
         words[w] = _mm_packs_epi32(_mm_srli_epi32(values[2 * w], 16),
                                    _mm_srli_epi32(values[2 * w + 1], 16));
     void* p = out;
@@ -106,12 +107,12 @@ void down(const ScaleRows& pair, unsigned char* out, int count)
     _mm_setcsr(mode);
     for (; doubts != 0; doubts &= doubts - 1) {
         const int step = __builtin_ctz(doubts);
-        carefully(rows, step, out + step * kScaleStep);
+        carefully(rows, step, out + std::ptrdiff_t(step) * kScaleStep);
     }
     if (rest == 0) return;
     unsigned char last[kScaleStep];
     carefully(rows, steps, last);
-    std::memcpy(out + steps * kScaleStep, last, std::size_t(rest));
+    std::memcpy(out + std::ptrdiff_t(steps) * kScaleStep, last, std::size_t(rest));
 }
 
 } // namespace

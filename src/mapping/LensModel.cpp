@@ -72,6 +72,7 @@ void FEDSP::Fisheye_calibration_Init_byArea(int u, int v, int Lr, int Sr, Clonef
         .pitch = m_nPitch,
     };
     const bool mirrored = CamPos == 1 || CamPos == 2;
+    const int middle = nOutH / 2;
     const auto mapRow = rowMapper();
 
     // Maps the pixels of some rows and says whether some of them have no source.
@@ -90,7 +91,7 @@ void FEDSP::Fisheye_calibration_Init_byArea(int u, int v, int Lr, int Sr, Clonef
             for (int i = 0; i < endRow; ++i, Ra = Ra + dy * k) {
                 if (i < firstRow) continue;
                 const float m =
-                    1 - (float(nOutH - (nOutH / 2 + i)) * slope * float(Tile_Angle)) / m_fScaleX;
+                    1 - (float(nOutH - (middle + i)) * slope * float(Tile_Angle)) / m_fScaleX;
                 const std::size_t first = std::size_t(i) * std::size_t(nOutW) + std::size_t(column);
                 someWithout |=
                     mapRow(view, {Ra, m}, places, count,

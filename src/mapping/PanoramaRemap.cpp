@@ -87,7 +87,7 @@ struct Columns {
     void write(const fe::MapEntry& row, void* entries) const
     {
         std::uint32_t words[2 * kBlock];
-        for (int c = 0; c < count; ++c) {
+        for (std::size_t c = 0; c < std::size_t(count); ++c) {
             words[2 * c] = (row.fractions & mask[c]) | fraction[c];
             words[2 * c + 1] = (std::uint32_t(row.index) & mask[c]) + index[c];
         }

@@ -73,7 +73,7 @@ void writePolarRowSse2(const PolarColumns& columns, const PolarRow& sharedRow, v
         } else {
             unsigned char last[kBytes];
             writeGroup(columns, row, c, last);
-            std::memcpy(out, last, std::size_t(8 * (count - c)));
+            std::memcpy(out, last, 8 * std::size_t(count - c));
         }
     }
 }
