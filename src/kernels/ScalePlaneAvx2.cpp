@@ -118,10 +118,9 @@ __m256i carefully(const ScaleRows& rows, int step)
     return bytesOf(values);
 }
 
-void down(const ScaleRows& pair, unsigned char* out, int count)
+// Writes whole steps.
+void writeSteps(const ScaleRows& rows, unsigned char* out, int steps)
 {
-    const ScaleRows rows = pair; // that no byte of `out` may be part of
-    const int steps = count / kScaleStep, rest = count % kScaleStep;
     const unsigned int mode = _mm_getcsr();
     _mm_setcsr((mode & ~unsigned(_MM_ROUND_MASK)) | _MM_ROUND_DOWN);
     unsigned int doubts = quickly(rows, out, steps);
@@ -130,12 +129,17 @@ void down(const ScaleRows& pair, unsigned char* out, int count)
         const int step = __builtin_ctz(doubts);
         store(out + std::ptrdiff_t(step) * kScaleStep, carefully(rows, step));
     }
+}
+
+void down(const ScaleRows& rows, unsigned char* out, int count)
+{
+    const int steps = count / kScaleStep, rest = count % kScaleStep;
+    const int done = steps * kScaleStep;
+    writeSteps(rows, out, steps);
     if (rest == 0) return;
     unsigned char last[kScaleStep];
-    store(last, carefully(rows, steps));
-    out += std::ptrdiff_t(steps) * kScaleStep;
-    for (int i = 0; i < rest; ++i)
-        out[i] = last[i];
+    writeSteps({rows.top + done, rows.bottom + done, rows.weight}, last, 1);
+    __builtin_memcpy(out + done, last, unsigned(rest));
 }
 
 } // namespace

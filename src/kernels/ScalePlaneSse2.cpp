@@ -97,10 +97,9 @@ void carefully(const ScaleRows& rows, int step, unsigned char* out)
     }
 }
 
-void down(const ScaleRows& pair, unsigned char* out, int count)
+// Writes whole steps.
+void writeSteps(const ScaleRows& rows, unsigned char* out, int steps)
 {
-    const ScaleRows rows = pair; // that no byte of `out` may be part of
-    const int steps = count / kScaleStep, rest = count % kScaleStep;
     const unsigned int mode = _mm_getcsr();
     _mm_setcsr((mode & ~unsigned(_MM_ROUND_MASK)) | _MM_ROUND_DOWN);
     unsigned int doubts = quickly(rows, out, steps);
@@ -109,10 +108,17 @@ void down(const ScaleRows& pair, unsigned char* out, int count)
         const int step = __builtin_ctz(doubts);
         carefully(rows, step, out + std::ptrdiff_t(step) * kScaleStep);
     }
+}
+
+void down(const ScaleRows& rows, unsigned char* out, int count)
+{
+    const int steps = count / kScaleStep, rest = count % kScaleStep;
+    const int done = steps * kScaleStep;
+    writeSteps(rows, out, steps);
     if (rest == 0) return;
     unsigned char last[kScaleStep];
-    carefully(rows, steps, last);
-    std::memcpy(out + std::ptrdiff_t(steps) * kScaleStep, last, std::size_t(rest));
+    writeSteps({rows.top + done, rows.bottom + done, rows.weight}, last, 1);
+    std::memcpy(out + done, last, std::size_t(rest));
 }
 
 } // namespace
