@@ -218,3 +218,20 @@ TEST(Polar, EveryInstructionSetBuildsTheSameTable)
         if (HasFailure()) return;
     }
 }
+
+TEST(Polar, TheFramesEdgesAreOutsideForEveryInstructionSet)
+{
+    const int in = 100, radius = 40, width = 36; // directions of 10 degrees
+    FEDSP e;
+    e.m_nPitch = in;
+    for (const int c1 : {0, 20, in - 3, in - 2})
+        for (const int c2 : {0, 20, in - 3, in - 2}) {
+            SCOPED_TRACE(testing::Message() << "centre " << c1 << ", " << c2);
+            const std::size_t entries = std::size_t(radius / 2 * width);
+            expectSameWithEveryIsa(entries * kMapEntryBytes, [&](unsigned char* table) {
+                e.InitCPIBuffer_360(c1, c2, radius, in, in,
+                                    static_cast<int*>(static_cast<void*>(table)), 0, nullptr,
+                                    nullptr, 0, 0, width);
+            });
+        }
+}
