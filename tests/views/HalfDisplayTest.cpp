@@ -104,6 +104,23 @@ TEST_F(HalfDisplay, TallWallPicturesStartHigher)
     EXPECT_EQ(bytes(kLuma, 8), (Bytes{33, 34, 35, 36, 37, 38, 39, 40}));
 }
 
+TEST_F(HalfDisplay, TheCallersFrameCutsRows)
+{
+    for (int camPos : {0, 2})
+        for (FORMAT format : {FORMAT_NV12, FORMAT_YV12}) {
+            show(format, camPos);
+            const Bytes whole = frame;
+            engine.m_pOutput = frame.data();
+            for (int bytes = 0; bytes <= kLuma * 3 / 2; ++bytes) {
+                engine.m_nOutputBytes = bytes;
+                show(format, camPos);
+                ASSERT_TRUE(std::equal(frame.begin(), frame.begin() + bytes, whole.begin()));
+                ASSERT_EQ(this->bytes(bytes, 8), Bytes(8, 0xEE)) << bytes;
+            }
+            engine.m_pOutput = nullptr;
+        }
+}
+
 TEST_F(HalfDisplay, ANullPictureDoesNothing)
 {
     frame.assign(frame.size(), 0xEE);
