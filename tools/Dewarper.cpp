@@ -7,13 +7,14 @@
 #include <FEDSP.h>
 #include <chrono>
 #include <cmath>
+#include <cstring>
 #include <string>
-#include <utility>
 
 namespace lumofe {
 namespace {
 
-constexpr int kSlot = 0;
+constexpr double kRoundingError = 1e-6;
+constexpr double kTiltStep = 2; // degrees of one step of FE_ViewPosition::nTilt
 
 FORMAT libraryFormat(PixelFormat format)
 {
@@ -58,12 +59,24 @@ double addedPan(View view, int number)
     return number == 1 ? 117 : 94.5;
 }
 
-FE_ViewParams viewParams(const DewarperSetup& setup)
+// What an absolute pan is less in the position of a view on ceiling and floor, degrees.
+double reservedPan(View view, int number)
+{
+    return view == View::quad || view == View::ptz360 ? 22.5 * (number - 1) : 0;
+}
+
+double wholeTurn(double degrees)
+{
+    const double turned = std::fmod(degrees, 360);
+    return turned < 0 ? turned + 360 : turned;
+}
+
+FE_ViewParams viewParams(const DewarperSetup& setup, int number)
 {
     FE_ViewParams view;
     view.nViewMode = static_cast<unsigned short>(setup.view);
     view.nCamPos = static_cast<unsigned short>(setup.mount);
-    view.nSubView = 1;
+    view.nSubView = static_cast<unsigned short>(number);
     // The library's first centre coordinate runs along the rows.
     view.nCenterX = static_cast<unsigned short>(setup.circle.y);
     view.nCenterY = static_cast<unsigned short>(setup.circle.x);
@@ -73,27 +86,47 @@ FE_ViewParams viewParams(const DewarperSetup& setup)
     return view;
 }
 
+void blacken(std::uint8_t* frame, const DewarperSetup& setup)
+{
+    const std::size_t bytes = frameBytes(setup.output, setup.format);
+    const std::size_t luma = setup.format == PixelFormat::rgb ? bytes : bytes / 3 * 2;
+    std::memset(frame, 0, luma);
+    std::memset(frame + luma, 128, bytes - luma);
+}
+
 } // namespace
 
 Dewarper::Dewarper(const DewarperSetup& setup)
     : setup_(setup), in_(frameBytes(setup.input, setup.format)),
       out_(frameBytes(setup.output, setup.format))
 {
-    check("these sizes",
-          Initialize(kSlot, setup.input.width, setup.input.height, setup.output.width,
-                     setup.output.height, libraryFormat(setup.format)));
-    FE_EventParams event;
-    FE_ViewParams view = viewParams(setup);
-    check("the view", ParamsUpdated(kSlot, &event, &view));
-    if (setup.panoOffset != 0) turnPanorama();
+    open();
 }
 
-Dewarper::Slot::~Slot()
+void Dewarper::open()
 {
-    Close(kSlot);
-    // The next Initialize would drop the records that a closed slot leaves behind.
-    delete std::exchange(m_EventParam[kSlot], nullptr);
-    delete std::exchange(m_ViewParam[kSlot], nullptr);
+    check("these sizes",
+          Initialize(slot(), setup_.input.width, setup_.input.height, setup_.output.width,
+                     setup_.output.height, libraryFormat(setup_.format)));
+    update(1, {});
+    if (setup_.panoOffset != 0) turnPanorama(setup_.panoOffset);
+}
+
+FE_CurPosParams Dewarper::position() const
+{
+    FE_CurPosParams position{};
+    fishEye_.LmFEGetPosition(slot(), &position);
+    return position;
+}
+
+void Dewarper::update(int number, const Step& step)
+{
+    FE_EventParams event;
+    event.nPanStep = short(step.pan);
+    event.nTiltStep = short(step.tilt);
+    event.nZoomStep = short(step.zoom);
+    FE_ViewParams view = viewParams(setup_, number);
+    check("the view", ParamsUpdated(slot(), &event, &view));
 }
 
 void Dewarper::aim(std::span<const Aim> aims)
@@ -108,38 +141,95 @@ void Dewarper::steer(const Aim& aim, int number)
 {
     const bool wall = setup_.mount == Mount::wall;
     const ZoomRange zoom = zoomRange(setup_.view, setup_.mount);
-    FE_CurPosParams position{};
-    FE_ViewPosition& view = position.view[number - 1];
+    const std::size_t index = std::size_t(number) - 1;
 
     // The absolute call reaches only the ends of the wall's zoom range and leaves out the fourth
     // view of the quad, so the zoom is set as a position and then kept.
-    fishEye_.LmFEGetPosition(kSlot, &position);
-    view.nZoom = short(zoom.widest + aim.zoom / 100 * (zoom.closest - zoom.widest));
-    fishEye_.LmFESetPosition(kSlot, &position);
+    FE_CurPosParams before = position();
+    before.view[index].nZoom =
+        short(zoom.widest + aim.zoom / 100 * (zoom.closest - zoom.widest) + kRoundingError);
+    fishEye_.LmFESetPosition(slot(), &before);
 
     double pan = aim.pan;
-    if (!wall) pan = std::fmod(pan - addedPan(setup_.view, number) + 720, 360);
-    fishEye_.SetAbsolutePTZ(kSlot, rounded(pan * 10), rounded(aim.tilt * 10), -1,
+    if (!wall) pan = wholeTurn(pan - addedPan(setup_.view, number));
+    fishEye_.SetAbsolutePTZ(slot(), rounded(pan * 10), rounded(aim.tilt * 10), -1,
                             static_cast<unsigned short>(number));
-    if (wall) {
-        // Two views of the wall take an absolute pan for one of the ceiling.
-        fishEye_.LmFEGetPosition(kSlot, &position);
-        view.nPan = rounded(aim.pan * 4);
-        fishEye_.LmFESetPosition(kSlot, &position);
+    FE_CurPosParams after = position();
+    // Two views of the wall take an absolute pan for one of the ceiling.
+    if (wall) after.view[index].nPan = rounded(aim.pan * 4);
+    if (aim.offset) {
+        after.view[index].nTilt = rounded(std::abs(aim.tilt) / kTiltStep);
+        if (wall) after.view[index].nTilt = rounded(aim.tilt / kTiltStep);
+        after.view[index].nAux = short(*aim.offset);
     }
+    fishEye_.LmFESetPosition(slot(), &after);
 }
 
-void Dewarper::turnPanorama()
+std::vector<Aim> Dewarper::aims() const
 {
-    FE_CurPosParams position{};
-    fishEye_.LmFEGetPosition(kSlot, &position);
-    position.n180Pos = setup_.panoOffset;
-    fishEye_.LmFESetPosition(kSlot, &position);
+    const FE_CurPosParams now = position();
+    const ZoomRange zoom = zoomRange(setup_.view, setup_.mount);
+    std::vector<Aim> aims;
+    for (int number = 1; number <= layoutRule(setup_.view).views; ++number) {
+        const FE_ViewPosition& view = now.view[number - 1];
+        Aim aim;
+        aim.pan = view.nPan / 4.0;
+        if (setup_.mount != Mount::wall)
+            aim.pan = wholeTurn(aim.pan + reservedPan(setup_.view, number) +
+                                addedPan(setup_.view, number));
+        aim.tilt = kTiltStep * (setup_.mount == Mount::floor ? -view.nTilt : view.nTilt);
+        aim.zoom = 100.0 * (view.nZoom - zoom.widest) / (zoom.closest - zoom.widest);
+        aim.offset = view.nAux;
+        aims.push_back(aim);
+    }
+    return aims;
+}
+
+void Dewarper::step(int number, const Step& step)
+{
+    update(number, step);
+    stepped_ = true;
+    aimed_ = true;
+}
+
+void Dewarper::turnPanorama(int degrees)
+{
+    setup_.panoOffset = degrees;
+    FE_CurPosParams turned = position();
+    turned.n180Pos = degrees;
+    fishEye_.LmFESetPosition(slot(), &turned);
+    aimed_ = true;
+}
+
+void Dewarper::setCircle(const Circle& circle)
+{
+    // A layout takes over some of the circle only when it is entered.
+    const std::vector<Aim> before = aims();
+    setup_.circle = circle;
+    slot_.close();
+    open();
+    aim(before);
+}
+
+Aim Dewarper::directionOf(int x, int y) const
+{
+    short pan = 0, tilt = 0;
+    fishEye_.GetAbsolutePositionFromInputVideoPoint(slot(), x, y, pan, tilt);
+    Aim aim{pan / 10.0, tilt / 10.0};
+    // The single view looks further round than its pan says.
+    if (setup_.view == View::single && setup_.mount != Mount::wall)
+        aim.pan = wholeTurn(aim.pan - 22.5);
+    return aim;
 }
 
 bool Dewarper::turnsOver() const
 {
     return setup_.upright && setup_.view == View::half180 && setup_.mount == Mount::ceiling;
+}
+
+void Dewarper::dewarp(const std::uint8_t* input, std::uint8_t* output)
+{
+    process(input, output, RowOrder::topFirst);
 }
 
 Image Dewarper::dewarp(const Image& input)
@@ -148,7 +238,7 @@ Image Dewarper::dewarp(const Image& input)
         feed(input);
     else
         feed(toFrame420(input));
-    process();
+    process(in_.data(), out_.data(), RowOrder::bottomFirst);
     return setup_.format == PixelFormat::rgb ? resultRgb() : toImage(result420());
 }
 
@@ -158,7 +248,7 @@ Frame420 Dewarper::dewarp(const Frame420& input)
         feed(toImage(input));
     else
         feed(input);
-    process();
+    process(in_.data(), out_.data(), RowOrder::bottomFirst);
     return setup_.format == PixelFormat::rgb ? toFrame420(resultRgb()) : result420();
 }
 
@@ -166,7 +256,7 @@ double Dewarper::renderAgain()
 {
     using Clock = std::chrono::steady_clock;
     const Clock::time_point begin = Clock::now();
-    process();
+    process(in_.data(), out_.data(), RowOrder::bottomFirst);
     return std::chrono::duration<double, std::milli>(Clock::now() - begin).count();
 }
 
@@ -184,26 +274,51 @@ void Dewarper::feed(const Frame420& input)
         in_ = input.bytes;
 }
 
-void Dewarper::process()
+void Dewarper::process(const std::uint8_t* in, std::uint8_t* out, RowOrder order)
 {
     // Views 3 and 4 of the quad share one table, which only a set-up frame builds for each in turn;
     // outside the single view a pan alone builds no table.
-    if (setup_.view == View::quad || aimed_) m_FEDSP[kSlot]->m_bSetup = 1;
+    if (setup_.view == View::quad || aimed_) m_FEDSP[slot()]->m_bSetup = 1;
     aimed_ = false;
-    check("the frame",
-          VideoInput(kSlot, in_.data(), out_.data(), setup_.input.width, setup_.input.height,
-                     libraryFormat(setup_.format), setup_.format == PixelFormat::rgb));
+    // What these leave unwritten was black at first, and in other buffers may be anything.
+    if (setup_.view == View::ptz360 || setup_.view == View::half180) blacken(out, setup_);
+    // The library only reads the input.
+    const int status = VideoInput(slot(), const_cast<std::uint8_t*>(in), out, setup_.input.width,
+                                  setup_.input.height, libraryFormat(setup_.format),
+                                  order == RowOrder::bottomFirst);
+    // Otherwise the step would be repeated with each frame. View 1 is selected: see aim().
+    if (stepped_) {
+        update(1, {});
+        stepped_ = false;
+        aimed_ = true;
+    }
+    check("the frame", status);
+    turnUpright(out);
+}
+
+void Dewarper::turnUpright(std::uint8_t* out) const
+{
+    const auto [w, h] = setup_.output;
+    const std::size_t luma = std::size_t(w) * std::size_t(h);
+    if (setup_.format == PixelFormat::rgb) {
+        // On the other mountings the library turns the finished view over for 4:2:0 only.
+        if (setup_.mount != Mount::ceiling || turnsOver()) reverseRows(out, 3 * w, h);
+        return;
+    }
+    if (!turnsOver()) return;
+    reverseRows(out, w, h);
+    if (setup_.format == PixelFormat::nv12) {
+        reverseRows(out + luma, w, h / 2);
+    } else {
+        reverseRows(out + luma, w / 2, h / 2);
+        reverseRows(out + luma + luma / 4, w / 2, h / 2);
+    }
 }
 
 Image Dewarper::resultRgb() const
 {
     Image image(setup_.output);
-    // On these mountings the library turns the finished view over for the 4:2:0 formats only.
-    if (setup_.mount == Mount::ceiling && !turnsOver())
-        image.bytes = out_;
-    else
-        copyUpsideDown(out_.data(), image.bytes.data(), 3 * setup_.output.width,
-                       setup_.output.height);
+    image.bytes = out_;
     exchangeRedAndBlue(image);
     return image;
 }
@@ -215,7 +330,7 @@ Frame420 Dewarper::result420() const
         separateChroma(out_.data(), frame.bytes.data(), setup_.output);
     else
         frame.bytes = out_;
-    return turnsOver() ? upsideDown(frame) : frame;
+    return frame;
 }
 
 } // namespace lumofe

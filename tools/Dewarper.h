@@ -3,6 +3,7 @@
 #define LUMOFE_TOOLS_DEWARPER_H
 
 #include "Layout.h"
+#include "Slot.h"
 #include "media/Image.h"
 
 #include <LumoFESDK.h>
@@ -29,16 +30,54 @@ struct DewarperSetup {
     bool upright = true;                    // turns over what the library leaves upside down
 };
 
-// Occupies slot 0: at most one object at a time. Every failure of the library becomes an Error.
+// A steering step, as from a joystick or mouse, in the units and directions of FE_EventParams. The
+// library takes the larger one of pan and tilt only.
+struct Step {
+    int pan = 0;
+    int tilt = 0;
+    int zoom = 0;
+};
+
+// Occupies one of the library's sixteen slots. Every failure of the library becomes an Error.
+// Calls for one object must not overlap; different objects may be used by different threads.
 class Dewarper {
 public:
+    // Throws Error when no slot is free, too.
     explicit Dewarper(const DewarperSetup& setup);
+
+    const DewarperSetup& setup() const { return setup_; }
 
     // Steers the layout's views, one aim for each; holds from the next frame on. The aims must be
     // in the mounting's range. On ceiling and floor a pan of 0 looks to the top of the raw picture,
     // in the single view 22.5 degrees clockwise of it.
     void aim(std::span<const Aim> aims);
     void aim(const Aim& aim) { this->aim({&aim, 1}); }
+
+    // Where the views look, as aim() takes it: in steps of 0.25 degrees of pan and, on ceiling and
+    // floor, 2 of tilt. The offset is always given, so that the same views come back.
+    std::vector<Aim> aims() const;
+
+    // Moves view `number`, 1 and up, with the next frame; one view a frame.
+    void step(int number, const Step& step);
+
+    // Turns the 180 layout's unwrap of ceiling and floor to so many degrees clockwise.
+    void turnPanorama(int degrees);
+
+    // Moves the fisheye circle; the views keep their positions.
+    void setCircle(const Circle& circle);
+
+    // Where a pixel of the raw picture lies: pan and tilt as aim() takes them. On ceiling and floor
+    // the layout's own pan: see aim().
+    Aim directionOf(int x, int y) const;
+
+    // Bytes of a frame in the set-up's format, without padding.
+    std::size_t inputBytes() const { return in_.size(); }
+    std::size_t outputBytes() const { return out_.size(); }
+
+    // Dewarps a frame of inputBytes() into one of outputBytes(), laid out as in LumoFESDK.h, top
+    // row first. Of RGB, the input's last row is not used, and the output has bytes 0 and 2 of each
+    // pixel exchanged.
+    void dewarp(const std::uint8_t* input, std::uint8_t* output);
 
     // Dewarps a picture of the set-up's input size. Converts to and from the fed format as needed.
     Image dewarp(const Image& input);
@@ -48,28 +87,28 @@ public:
     double renderAgain();
 
 private:
-    struct Slot {
-        Slot() = default;
-        ~Slot();
-        Slot(const Slot&) = delete;
-        Slot& operator=(const Slot&) = delete;
-    };
+    enum class RowOrder { topFirst, bottomFirst }; // of packed pictures
 
+    int slot() const { return slot_.number(); }
+    void open();
+    FE_CurPosParams position() const;
+    void update(int number, const Step& step);
     void steer(const Aim& aim, int number);
-    void turnPanorama();
     bool turnsOver() const;
     void feed(const Image& input);
     void feed(const Frame420& input);
-    void process();
+    void process(const std::uint8_t* in, std::uint8_t* out, RowOrder order);
+    void turnUpright(std::uint8_t* out) const;
     Image resultRgb() const;
     Frame420 result420() const;
 
-    Slot slot_; // closed even when the constructor throws
+    Slot slot_;
     DewarperSetup setup_;
-    IFishEye fishEye_;
+    mutable IFishEye fishEye_;     // has no state of its own
     std::vector<std::uint8_t> in_; // in the library's layout
     std::vector<std::uint8_t> out_;
-    bool aimed_ = false; // since the last frame
+    bool aimed_ = false;   // since the last frame
+    bool stepped_ = false; // likewise
 };
 
 } // namespace lumofe

@@ -2,6 +2,7 @@
 #ifndef LUMOFE_TOOLS_MOUNTING_H
 #define LUMOFE_TOOLS_MOUNTING_H
 
+#include <optional>
 #include <string>
 
 namespace lumofe {
@@ -14,6 +15,9 @@ struct Aim {
     double pan = 0;
     double tilt = 0;
     double zoom = 0;
+    // How far the viewed area lies towards the circle's rim, input pixels. Steps move it otherwise
+    // than aims do; without it, it follows from the tilt and the zoom.
+    std::optional<int> offset = {};
 };
 
 // What a mounting accepts, degrees.

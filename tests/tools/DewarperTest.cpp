@@ -4,12 +4,16 @@
 #include "media/Pixels.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdlib>
 #include <gtest/gtest.h>
+#include <memory>
 
 namespace lumofe {
 namespace {
+
+using test::Bytes;
 
 constexpr Mount kMounts[] = {Mount::ceiling, Mount::wall, Mount::floor};
 
@@ -148,6 +152,175 @@ TEST(Dewarper, RefusedSizesBecomeErrors)
     EXPECT_NE(test::errorOf([&] { Dewarper dewarper(setup); }).find("the library refused"),
               std::string::npos);
     EXPECT_EQ(m_FEDSP[0], nullptr);
+}
+
+std::vector<Aim> aimsOf(View view, Mount mount)
+{
+    const double tilt = mount == Mount::floor ? -50 : 50;
+    std::vector<Aim> aims;
+    for (int i = 0; i < layoutRule(view).views; ++i)
+        aims.push_back({mount == Mount::wall ? 10.0 * i : 70.0 * i + 20, tilt + 2 * i, 20.0 * i});
+    return aims;
+}
+
+DewarperSetup setupOf(View view, Mount mount, PixelFormat format = PixelFormat::nv12)
+{
+    DewarperSetup setup = setupFor(mount, format);
+    setup.view = view;
+    setup.output = defaultOutputSize(view, mount, {800, 600});
+    return setup;
+}
+
+TEST(Dewarper, TellsWhereItsViewsLook)
+{
+    for (View view : {View::single, View::quad, View::ptz360})
+        for (Mount mount : kMounts) {
+            SCOPED_TRACE(testing::Message()
+                         << layoutRule(view).name << " on the " << mountRule(mount).name);
+            const Frame420 input = toFrame420(test::scene(mount));
+            Dewarper dewarper(setupOf(view, mount));
+            const std::vector<Aim> asked = aimsOf(view, mount);
+            dewarper.aim(asked);
+            const Frame420 first = dewarper.dewarp(input);
+            const std::vector<Aim> told = dewarper.aims();
+            ASSERT_EQ(told.size(), asked.size());
+            const ZoomRange zoom = zoomRange(view, mount);
+            for (std::size_t i = 0; i < told.size(); ++i) {
+                EXPECT_NEAR(told[i].pan, asked[i].pan, 0.25);
+                EXPECT_NEAR(told[i].tilt, asked[i].tilt, 2);
+                EXPECT_NEAR(told[i].zoom, asked[i].zoom, 100.0 / (zoom.closest - zoom.widest));
+            }
+            dewarper.aim(told);
+            EXPECT_EQ(dewarper.dewarp(input).bytes, first.bytes);
+        }
+}
+
+// Steps leave an offset that no aim gives by itself.
+TEST(Dewarper, ViewsThatWereSteppedComeBackAsTheyWere)
+{
+    for (View view : {View::single, View::quad, View::ptz360})
+        for (Mount mount : kMounts) {
+            SCOPED_TRACE(testing::Message()
+                         << layoutRule(view).name << " on the " << mountRule(mount).name);
+            const Frame420 input = toFrame420(test::scene(mount));
+            Dewarper dewarper(setupOf(view, mount));
+            dewarper.aim(aimsOf(view, mount));
+            const Frame420 before = dewarper.dewarp(input);
+            const int last = layoutRule(view).views;
+            for (const Step& step : {Step{0, 0, 4}, Step{3, 0, 0}, Step{0, 4, 0}}) {
+                dewarper.step(last, step);
+                dewarper.dewarp(input);
+            }
+            const Frame420 moved = dewarper.dewarp(input);
+            EXPECT_NE(moved.bytes, before.bytes);
+            EXPECT_EQ(dewarper.dewarp(input).bytes, moved.bytes) << "the step goes on";
+            const std::vector<Aim> aims = dewarper.aims();
+
+            dewarper.aim(aimsOf(view, mount));
+            EXPECT_NE(dewarper.dewarp(input).bytes, moved.bytes);
+            dewarper.aim(aims);
+            EXPECT_EQ(dewarper.dewarp(input).bytes, moved.bytes);
+        }
+}
+
+TEST(Dewarper, FramesOfTheLibraryGiveTheSamePictures)
+{
+    for (View view : {View::single, View::quad, View::ptz360, View::half180})
+        for (Mount mount : kMounts)
+            for (PixelFormat format : {PixelFormat::nv12, PixelFormat::yv12, PixelFormat::rgb}) {
+                if (fedFormat(view, format) != format) continue;
+                Dewarper dewarper(setupOf(view, mount, format));
+                dewarper.aim(aimsOf(view, mount));
+                Image input = test::scene(mount);
+                const Image picture = dewarper.dewarp(input);
+
+                Bytes in, out(dewarper.outputBytes());
+                const Frame420 planar = toFrame420(input);
+                if (format == PixelFormat::nv12) {
+                    in.resize(planar.bytes.size());
+                    interleaveChroma(planar.bytes.data(), in.data(), planar.size);
+                } else {
+                    in = format == PixelFormat::yv12 ? planar.bytes : input.bytes;
+                }
+                ASSERT_EQ(in.size(), dewarper.inputBytes());
+                dewarper.dewarp(in.data(), out.data());
+
+                Image result(picture.size);
+                Frame420 result420(picture.size);
+                if (format == PixelFormat::rgb) {
+                    result.bytes = out;
+                    exchangeRedAndBlue(result);
+                } else if (format == PixelFormat::nv12) {
+                    separateChroma(out.data(), result420.bytes.data(), picture.size);
+                    result = toImage(result420);
+                } else {
+                    result420.bytes = out;
+                    result = toImage(result420);
+                }
+                EXPECT_EQ(result.bytes, picture.bytes)
+                    << layoutRule(view).name << " on the " << mountRule(mount).name << int(format);
+            }
+}
+
+TEST(Dewarper, CircleMovesLive)
+{
+    for (View view : {View::single, View::quad, View::ptz360, View::half180}) {
+        const Frame420 input = toFrame420(test::scene(Mount::ceiling));
+        DewarperSetup setup = setupOf(view, Mount::ceiling);
+        setup.circle = {600, 650, 500};
+        Dewarper there(setup), moved(setupOf(view, Mount::ceiling));
+        for (Dewarper* dewarper : {&there, &moved}) {
+            dewarper->aim(aimsOf(view, Mount::ceiling));
+            dewarper->dewarp(input);
+        }
+        moved.setCircle(setup.circle);
+        moved.aim(aimsOf(view, Mount::ceiling));
+        EXPECT_EQ(moved.dewarp(input).bytes, there.dewarp(input).bytes) << layoutRule(view).name;
+    }
+}
+
+TEST(Dewarper, PanoramaTurnsLive)
+{
+    const Frame420 input = toFrame420(test::scene(Mount::ceiling));
+    DewarperSetup setup = setupOf(View::half180, Mount::ceiling);
+    Dewarper live(setup);
+    live.dewarp(input);
+    live.turnPanorama(45);
+    setup.panoOffset = 45;
+    Dewarper fresh(setup);
+    EXPECT_EQ(live.dewarp(input).bytes, fresh.dewarp(input).bytes);
+}
+
+TEST(Dewarper, AViewAimedAtADirectionShowsThatSpot)
+{
+    // Aimed at the top of the picture and at its right, the single view sees the walls N and E.
+    for (const auto& [x, y, pan] : {std::array{640, 240, 0}, std::array{1040, 640, 90}}) {
+        Dewarper dewarper(setupFor(Mount::ceiling, PixelFormat::nv12));
+        const Aim spot = dewarper.directionOf(x, y);
+        EXPECT_NEAR(std::remainder(spot.pan + 22.5 - pan, 360), 0, 0.2);
+        EXPECT_NEAR(spot.tilt, 90 * 400 / 640.0, 0.2);
+        Dewarper quad(setupOf(View::quad, Mount::ceiling));
+        EXPECT_NEAR(std::remainder(quad.directionOf(x, y).pan - pan, 360), 0, 0.2);
+    }
+}
+
+TEST(Dewarper, SixteenWorkSideBySide)
+{
+    const Frame420 input = toFrame420(test::scene(Mount::ceiling));
+    std::vector<std::unique_ptr<Dewarper>> cameras;
+    for (int i = 0; i < FE_MAX_CAMERAS; ++i) {
+        cameras.push_back(std::make_unique<Dewarper>(setupOf(View::single, Mount::ceiling)));
+        cameras.back()->aim({20.0 * i, 50, 0});
+    }
+    EXPECT_NE(test::errorOf([&] {
+                  Dewarper one(setupOf(View::single, Mount::ceiling));
+              }).find("all 16 camera slots"),
+              std::string::npos);
+    const Bytes third = cameras[3]->dewarp(input).bytes;
+    EXPECT_NE(cameras[4]->dewarp(input).bytes, third);
+    cameras.erase(cameras.begin(), cameras.begin() + 3);
+    EXPECT_EQ(cameras[0]->dewarp(input).bytes, third);
+    EXPECT_EQ(m_FEDSP[2], nullptr);
 }
 
 TEST(Dewarper, ReleasesItsSlot)

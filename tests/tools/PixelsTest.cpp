@@ -119,13 +119,15 @@ TEST(Pixels, RowsAreReversed)
     EXPECT_EQ(turned, (Bytes{5, 6, 3, 4, 1, 2}));
 }
 
-TEST(Pixels, AFrameIsTurnedPlaneByPlane)
+TEST(Pixels, RowsAreReversedInPlace)
 {
-    Frame420 frame({2, 4});
-    for (std::size_t i = 0; i < frame.bytes.size(); ++i)
-        frame.bytes[i] = std::uint8_t(i);
-    // Luma 2 x 4, chroma 1 x 2 at 8 and at 10.
-    EXPECT_EQ(upsideDown(frame).bytes, (Bytes{6, 7, 4, 5, 2, 3, 0, 1, 9, 8, 11, 10}));
+    Bytes even{0, 1, 2, 3, 4, 5, 6, 7}, odd{0, 1, 2, 3, 4, 5}, none{7};
+    reverseRows(even.data(), 2, 4);
+    EXPECT_EQ(even, (Bytes{6, 7, 4, 5, 2, 3, 0, 1}));
+    reverseRows(odd.data(), 2, 3);
+    EXPECT_EQ(odd, (Bytes{4, 5, 2, 3, 0, 1}));
+    reverseRows(none.data(), 1, 0);
+    EXPECT_EQ(none, (Bytes{7}));
 }
 
 TEST(Pixels, RedAndBlueAreExchanged)

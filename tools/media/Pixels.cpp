@@ -146,14 +146,11 @@ void copyUpsideDown(const std::uint8_t* src, std::uint8_t* dst, int rowBytes, in
                     src + std::ptrdiff_t(y) * rowBytes, std::size_t(rowBytes));
 }
 
-Frame420 upsideDown(const Frame420& frame)
+void reverseRows(std::uint8_t* bytes, int rowBytes, int rows)
 {
-    Frame420 out(frame.size);
-    for (int p = 0; p < 3; ++p) {
-        const Size plane = frame.planeSize(p);
-        copyUpsideDown(frame.plane(p), out.plane(p), plane.width, plane.height);
-    }
-    return out;
+    for (std::ptrdiff_t top = 0, bottom = rows - 1; top < bottom; ++top, --bottom)
+        std::swap_ranges(bytes + top * rowBytes, bytes + (top + 1) * rowBytes,
+                         bytes + bottom * rowBytes);
 }
 
 void exchangeRedAndBlue(Image& image)

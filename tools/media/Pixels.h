@@ -24,8 +24,8 @@ Frame420 cropToEven(Frame420 frame);
 // Copies rows of rowBytes bytes in reverse order; the buffers must not overlap.
 void copyUpsideDown(const std::uint8_t* src, std::uint8_t* dst, int rowBytes, int rows);
 
-// The frame with its rows in reverse order.
-Frame420 upsideDown(const Frame420& frame);
+// Reverses the order of rows of rowBytes bytes.
+void reverseRows(std::uint8_t* bytes, int rowBytes, int rows);
 
 // Exchanges the first and third byte of each pixel.
 void exchangeRedAndBlue(Image& image);
