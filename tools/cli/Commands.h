@@ -1,0 +1,39 @@
+// What the commands' option tables share.
+#ifndef LUMOFE_TOOLS_CLI_COMMANDS_H
+#define LUMOFE_TOOLS_CLI_COMMANDS_H
+
+#include <CLI/App.hpp>
+#include <optional>
+#include <string>
+
+namespace lumofe {
+
+// Each adds one command with its options and help; parsing a command line that chooses it runs it.
+void addRender(CLI::App& app);
+void addScene(CLI::App& app);
+void addSheet(CLI::App& app);
+
+// An option whose text `parse` turns into the target's type; it throws Error for a bad one.
+template <class Target, class Parse>
+CLI::Option* addParsed(CLI::App& app, const char* name, Target& target, Parse parse,
+                       const char* help, const char* values)
+{
+    return app
+        .add_option_function<std::string>(
+            name, [&target, parse](const std::string& text) { target = parse(text); }, help)
+        ->type_name(values);
+}
+
+// An option that is left empty when it is not given.
+template <class Number>
+void addNumber(CLI::App& app, const char* name, std::optional<Number>& target, const char* help,
+               const char* values)
+{
+    app.add_option_function<Number>(
+           name, [&target](const Number& number) { target = number; }, help)
+        ->type_name(values);
+}
+
+} // namespace lumofe
+
+#endif

@@ -1,0 +1,126 @@
+// The options of `lumofe render`.
+#include "cli/Commands.h"
+
+#include "Parse.h"
+#include "RenderCommand.h"
+
+#include <memory>
+
+namespace lumofe {
+namespace {
+
+constexpr const char* kRenderFooter = R"(
+Layouts:
+  single   one view. Steered with --pan, --tilt, --zoom or one --ptz. Shape 4:3
+  quad     four views. Up to four --ptz. Shape 4:3
+  360      two views above a panorama strip. Up to two --ptz. Shape 16:9
+  180      ceiling and floor: a full turn in two halves, one above the other, turned with
+           --pano-offset, shape 16:9; wall: one wide panorama, shape 4:3
+Other shapes stretch the picture. The default size is the largest in that shape that fits into the
+input (the 360's width into its height too) and leaves no gap between the parts. Other sizes are
+changed to the nearest that does so: quad takes multiples of 8; 180 even widths and heights that are
+multiples of 4, on the wall of 8; 360 widths of 8 and most even heights.
+
+Directions, in degrees:
+  ceiling  the camera looks down. Pan 0 to 360 turns clockwise as seen in the raw picture. In quad
+           and 360 pan 0 looks to the picture's top; in the single view 22.5 clockwise of it, and pan
+           -22.5 to the top. Tilt 0 looks straight down, 90 furthest from it.
+  floor    the camera looks up. Pan as above; tilt 0 looks straight up, -90 furthest from it.
+  wall     pan -90 (left) to 90 (right), tilt -90 (up) to 90 (down); 0, 0 looks straight ahead. Pan
+           turns the view about 20 degrees at most, further when zoomed in or with a large input.
+           Upward tilt leans the view back, downward tilt also moves it.
+Without --ptz the views of quad and 360 share a full turn, tilted by 80; on the wall they look left,
+right, ahead and down.
+
+Examples:
+  lumofe render hall.jpg -o view.png --circle 800,640,610 --pan 90 --tilt 60
+  lumofe render desk.png -o up.jpg --mount floor --tilt -50 --zoom 30 --size 1024x768
+  lumofe render hall.jpg -o four.png --view quad --ptz 0,70,0 --ptz 180,70,50
+  lumofe render hall.jpg -o strip.png --view 360 --ptz 90,60,0 --ptz 270,60,0
+  lumofe render hall.jpg -o halves.png --view 180 --pano-offset 45
+  lumofe render hall.jpg -o turn.y4m --pan-sweep 360 --frames 200
+  ffmpeg -i cam.mp4 -pix_fmt yuv420p -f yuv4mpegpipe - |
+      lumofe render - -o - --view quad | ffmpeg -i - view.mp4)";
+
+} // namespace
+
+void addRender(CLI::App& app)
+{
+    const auto options = std::make_shared<RenderOptions>();
+    RenderOptions& o = *options;
+    CLI::App& render = *app.add_subcommand("render", "Dewarp a still or a Y4M video");
+    render.footer(kRenderFooter);
+    render
+        .add_option("INPUT", o.input,
+                    "PNG, JPEG or BMP still, or YUV4MPEG2 video (8-bit 4:2:0),\n"
+                    "told apart by content; 320x240 to 4096x4096 pixels;\n"
+                    "- is standard input")
+        ->required()
+        ->type_name("");
+    render
+        .add_option("-o,--output", o.output,
+                    "Still (.png .jpg .jpeg .bmp) or video (.y4m); - is standard\n"
+                    "output, PNG for a still and Y4M for a video")
+        ->required()
+        ->type_name("FILE");
+    addParsed(render, "--view", o.view, parseView,
+              "single, quad, 360 or 180: the layout, see below (default single)", "LAYOUT");
+    addParsed(render, "--mount", o.mount, parseMount,
+              "ceiling, wall or floor: where the camera hangs\n(default ceiling)", "MOUNT");
+    addParsed(render, "--circle", o.circle, parseCircle,
+              "Fisheye circle in input pixels, rounded to whole ones: centre\n"
+              "from the left, centre from the top, radius; e.g. 640,512,500\n"
+              "(default: centred, half the shorter side)",
+              "CX,CY,R");
+    addParsed(render, "--size", o.size, parseSize,
+              "Output size, 16 to 4096 pixels each, even except for RGB stills of\n"
+              "the single view; e.g. 800x600 (default: see Layouts)",
+              "WxH");
+    render.add_flag("--exact-size", o.exactSize,
+                    "Take --size as it is, even where it leaves gaps in the layout");
+    addNumber(render, "--pan", o.pan,
+              "Single view: degrees, decimals allowed; e.g. 67.5 (default 0)", "DEG");
+    addNumber(render, "--tilt", o.tilt,
+              "Single view: degrees, decimals allowed; e.g. 60 (default:\n"
+              "ceiling 70, floor -70, wall 0)",
+              "DEG");
+    addNumber(render, "--zoom", o.zoom, "Single view: 0 (widest) to 100; e.g. 25 (default 0)",
+              "PERCENT");
+    render
+        .add_option_function<std::string>(
+            "--ptz", [&o](const std::string& text) { o.ptz.push_back(parsePtz(text)); },
+            "Pan and tilt in degrees, zoom in percent of the next view: the\n"
+            "first --ptz is for view 1 and so on, row by row; e.g. 90,60,0")
+        ->type_name("P,T,Z")
+        ->trigger_on_parse();
+    addNumber(render, "--pano-offset", o.panoOffset,
+              "180 on ceiling and floor: turns the panorama, whole degrees,\n"
+              "-360 to 360, clockwise as seen in the raw picture; e.g. 45",
+              "DEG");
+    render.add_flag_callback(
+        "--no-upright", [&o] { o.upright = false; },
+        "Leave the ceiling's 180 upside down, as the library draws it");
+    addNumber(render, "--pan-sweep", o.panSweep,
+              "Still to video, single view: pan from --pan over DEG degrees,\n"
+              "-360 to 360, in --frames frames; the last one is a step short of\n"
+              "it, so that a full turn repeats smoothly",
+              "DEG");
+    addNumber(render, "--frames", o.frames,
+              "Frames of --pan-sweep, 2 to 10000, 25 a second; e.g. 100", "N");
+    addParsed(render, "--format", o.format, parsePixelFormat,
+              "nv12, yv12 or rgb: what the library is fed (default nv12). Where\n"
+              "a layout garbles it, NV12 is fed instead: rgb in all but single,\n"
+              "yv12 in 360 and 180",
+              "FORMAT");
+    render.add_flag("--exact-format", o.exactFormat, "Feed --format even where it is garbled");
+    render
+        .add_option("--time", o.timeFrames,
+                    "Stills: render N more frames, 1 to 100000, and print the median\n"
+                    "milliseconds per frame on standard error; e.g. 50")
+        ->type_name("N")
+        ->check(CLI::Range(1, 100000).description(""));
+    render.add_flag("--verbose", o.verbose, "Show the library's own lines on standard error");
+    render.callback([options] { runRender(*options); });
+}
+
+} // namespace lumofe
