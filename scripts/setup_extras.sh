@@ -1,0 +1,6 @@
+#!/bin/sh
+# Installs what is needed beyond setup.sh to build and test what is built on the library beside the
+# tool, if it is not there: setup_extras.sh
+set -eu
+exec "$(dirname "$0")/install.sh" setup_extras \
+    ffmpeg
