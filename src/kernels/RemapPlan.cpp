@@ -151,22 +151,26 @@ void blankTile(PlanBlock& block, std::size_t tile)
     std::memset(block.fy + first, 0, 4);
 }
 
-void copyChroma(const PlanBlock& block, std::size_t first, const ChromaPlanes& chroma)
+// Copies the samples with these indices to a row of chroma and on, `column` samples from its start.
+void copyChroma(const std::int32_t* indices, std::size_t count, const PlanarSource& src,
+                const PlanarPicture& dst, std::size_t row, std::size_t column)
 {
-    if (chroma.count == 1) {
-        unsigned char* dst = chroma.dst[0] + 2 * first;
-        for (std::size_t t = 0; t < kTilesInBlock; ++t)
-            std::memcpy(dst + 2 * t, chroma.src[0] + 2 * std::ptrdiff_t(block.chroma[t]), 2);
+    const std::ptrdiff_t offset = std::ptrdiff_t(row) * dst.chromaPitch;
+    if (dst.chromaPlanes == 1) {
+        unsigned char* pairs = dst.chroma[0] + offset + 2 * column;
+        for (std::size_t t = 0; t < count; ++t)
+            std::memcpy(pairs + 2 * t, src.chroma[0] + 2 * std::ptrdiff_t(indices[t]), 2);
     } else {
         for (int plane = 0; plane < 2; ++plane)
-            for (std::size_t t = 0; t < kTilesInBlock; ++t)
-                chroma.dst[plane][first + t] = chroma.src[plane][block.chroma[t]];
+            for (std::size_t t = 0; t < count; ++t)
+                dst.chroma[plane][offset + std::ptrdiff_t(column + t)] =
+                    src.chroma[plane][indices[t]];
     }
 }
 
 // Collects the tiles' entries, so that the kernel has enough of them at a time.
 void mapOddTiles(const RemapPlan& plan, const std::uint32_t* tiles, const int* table,
-                 const RemapOps& ops, const unsigned char* src, unsigned char* dst)
+                 const RemapOps& ops, const unsigned char* src, const PlanarPicture& dst)
 {
     constexpr std::size_t kTiles = 64;
     MapEntry entries[kTiles][4];
@@ -182,33 +186,29 @@ void mapOddTiles(const RemapPlan& plan, const std::uint32_t* tiles, const int* t
         ops.luma(src, pixels[0], reinterpret_cast<const int*>(entries), 4 * count, plan.stride,
                  reachOf(plan), 0);
         for (std::size_t t = 0; t < count; ++t) {
-            std::memcpy(dst + tiles[first + t], pixels[t], 2);
-            std::memcpy(dst + tiles[first + t] + w, pixels[t] + 2, 2);
+            const std::size_t row = tiles[first + t] / w, column = tiles[first + t] % w;
+            unsigned char* top = dst.luma + std::ptrdiff_t(row) * dst.lumaPitch + column;
+            std::memcpy(top, pixels[t], 2);
+            std::memcpy(top + dst.lumaPitch, pixels[t] + 2, 2);
         }
     }
 }
 
 // The columns that no block covers.
 void mapLeftColumns(const RemapPlan& plan, const int* table, const RemapOps& ops,
-                    const unsigned char* src, unsigned char* dst, const ChromaPlanes& chroma)
+                    const PlanarSource& src, const PlanarPicture& dst)
 {
     const std::size_t w = std::size_t(plan.w), left = w % kPlanBlockW;
     if (left == 0) return;
-    PlanBlock rest;
+    std::int32_t samples[kTilesInBlock];
     const Divider stride(plan.stride);
     for (std::size_t y = 0; y < std::size_t(plan.h); ++y) {
-        const std::size_t pixel = (y + 1) * w - left;
-        const int* entries = table + 2 * pixel;
-        ops.luma(src, dst + pixel, entries, left, plan.stride, reachOf(plan), 0);
+        const int* entries = table + 2 * ((y + 1) * w - left);
+        ops.luma(src.luma, dst.luma + std::ptrdiff_t(y) * dst.lumaPitch + (w - left), entries, left,
+                 plan.stride, reachOf(plan), 0);
         if (y % 2 != 0) continue;
-        ops.chromaIndices(rest.chroma, entries, left / 2, stride);
-        const std::size_t sample = (y / 2 + 1) * (w / 2) - left / 2;
-        for (std::size_t t = 0; t < left / 2; ++t)
-            for (int plane = 0; plane < chroma.count; ++plane) {
-                const std::size_t bytes = chroma.count == 1 ? 2 : 1;
-                std::memcpy(chroma.dst[plane] + (sample + t) * bytes,
-                            chroma.src[plane] + rest.chroma[t] * std::ptrdiff_t(bytes), bytes);
-            }
+        ops.chromaIndices(samples, entries, left / 2, stride);
+        copyChroma(samples, left / 2, src, dst, y / 2, (w - left) / 2);
     }
 }
 
@@ -255,21 +255,22 @@ bool isComplete(const RemapPlan& plan)
 }
 
 void mapByPlan(const RemapPlan& plan, const int* table, const RemapOps& ops,
-               const unsigned char* src, unsigned char* dst, const ChromaPlanes& chroma)
+               const PlanarSource& src, const PlanarPicture& dst)
 {
     const Blocks blocks(plan.w, plan.h, plan.memory);
-    const std::size_t w = std::size_t(plan.w);
     for (std::size_t column = 0; column < blocks.columns(); column += kStripBlocks)
         for (std::size_t row = 0; row < blocks.rows(); ++row) {
             const PlanBlock* strip = blocks.at(column, row);
             const std::size_t width = blocks.stripWidth(column);
-            unsigned char* top = dst + row * kPlanBlockH * w + column * kPlanBlockW;
-            ops.planRow(strip, width, src, plan.stride, top, top + w);
+            unsigned char* top =
+                dst.luma + std::ptrdiff_t(row * kPlanBlockH) * dst.lumaPitch + column * kPlanBlockW;
+            ops.planRow(strip, width, src.luma, plan.stride, top, top + dst.lumaPitch);
             for (std::size_t b = 0; b < width; ++b)
-                copyChroma(strip[b], row * (w / 2) + (column + b) * kTilesInBlock, chroma);
+                copyChroma(strip[b].chroma, kTilesInBlock, src, dst, row,
+                           (column + b) * kTilesInBlock);
         }
-    mapLeftColumns(plan, table, ops, src, dst, chroma);
-    mapOddTiles(plan, blocks.oddTiles(), table, ops, src, dst);
+    mapLeftColumns(plan, table, ops, src, dst);
+    mapOddTiles(plan, blocks.oddTiles(), table, ops, src.luma, dst);
 }
 
 } // namespace fe

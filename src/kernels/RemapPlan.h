@@ -36,17 +36,27 @@ bool makePlan(RemapPlan& plan, const int* table, const RemapOps& ops, std::size_
 
 bool isComplete(const RemapPlan& plan);
 
-// Where the chroma of a 4:2:0 picture is: pairs in one plane, or two planes.
-struct ChromaPlanes {
-    int count; // 1 or 2
-    const unsigned char* src[2];
-    unsigned char* dst[2];
+// The planes of a 4:2:0 source that is read by index; the second chroma plane is there when the
+// picture that is made of it has one.
+struct PlanarSource {
+    const unsigned char* luma;
+    const unsigned char* chroma[2];
+};
+
+// The planes of a 4:2:0 picture, or of its place in a larger one. Pitches are the distances of two
+// rows, bytes; those of a picture that is upside down are negative.
+struct PlanarPicture {
+    unsigned char* luma;
+    std::ptrdiff_t lumaPitch;
+    int chromaPlanes; // 1: pairs, 2: a plane for each
+    unsigned char* chroma[2];
+    std::ptrdiff_t chromaPitch;
 };
 
 // Maps a 4:2:0 picture by a complete plan and the table that it was made from: the same bytes as
 // without it. `ops` must have a planRow.
 void mapByPlan(const RemapPlan& plan, const int* table, const RemapOps& ops,
-               const unsigned char* src, unsigned char* dst, const ChromaPlanes& chroma);
+               const PlanarSource& src, const PlanarPicture& dst);
 
 } // namespace fe
 

@@ -10,6 +10,11 @@
 
 namespace fe {
 
+bool OutputWindow::holds(const RowCopy& rows) const
+{
+    return rows.rows > 0 && rows.offset >= 0 && rows.step >= rows.bytes && rows.end() <= size_;
+}
+
 void OutputWindow::copyRows(const RowCopy& rows) const
 {
     for (std::int64_t r = 0; r < rows.rows; ++r) {
@@ -43,50 +48,49 @@ void OutputWindow::mirrorRows(const RowCopy& rows, int elementBytes) const
 
 namespace {
 
-// A view and its place in a frame of frameW x frameH pixels, all in luma pixels.
-struct Placement {
-    const unsigned char* src;
-    std::int64_t w, h;
-    std::int64_t frameW, frameH;
-    std::int64_t lumaOffset;
-    std::int64_t lumaBytes;      // copied of each luma row
-    std::int64_t pairOffset;     // of the view in an interleaved chroma plane, bytes
-    std::int64_t planeOffset[2]; // of the view in each separate chroma plane, bytes
+// The rows of a view's planes.
+struct Planes {
+    RowCopy rows[3];
+    int count;
 };
 
 // Rows of chroma are counted 0, 2, 4 ... below the view's height.
-void place(const OutputWindow& out, FORMAT format, const Placement& p)
+Planes planesOf(FORMAT format, const Placement& p, const unsigned char* src)
 {
     const std::int64_t frameLuma = p.frameW * p.frameH, viewLuma = p.w * p.h;
     const std::int64_t chromaRows = (p.h + 1) / 2;
-    out.copyRows({p.lumaOffset, p.frameW, p.src, p.w, p.lumaBytes, p.h});
+    Planes planes{{{p.lumaOffset, p.frameW, src, p.w, p.lumaBytes, p.h}}, 1};
     if (format == FORMAT_NV12) {
         const std::int64_t step = p.frameW == p.w ? p.w & ~1 : p.frameW;
-        out.copyRows({frameLuma + p.pairOffset, step, p.src + viewLuma, p.w & ~1, p.w, chromaRows});
+        planes.rows[planes.count++] = {
+            frameLuma + p.pairOffset, step, src + viewLuma, p.w & ~1, p.w, chromaRows};
     } else if (format == FORMAT_YV12) {
         for (int plane = 0; plane < 2; ++plane)
-            out.copyRows({frameLuma + p.planeOffset[plane], p.frameW >> 1,
-                          p.src + viewLuma + plane * (viewLuma / 4), p.w >> 1, p.w >> 1,
-                          chromaRows});
+            planes.rows[planes.count++] = {frameLuma + p.planeOffset[plane],
+                                           p.frameW >> 1,
+                                           src + viewLuma + plane * (viewLuma / 4),
+                                           p.w >> 1,
+                                           p.w >> 1,
+                                           chromaRows};
     }
+    return planes;
+}
+
+// The panorama strip of the 360 layout, as wide as the frame.
+Placement strip(int nW, int nH, int frameH)
+{
+    const std::int64_t w = nW, h = nH, top = stripTop(frameH), half = w >> 1;
+    return {w,       h, w,          frameH,
+            top * w, w, half * top, {half * top / 2, half * frameH / 2 + half * top / 2}};
 }
 
 } // namespace
 
-} // namespace fe
-
-void FEDSP::SnapShotM1(unsigned char* pSrc1, unsigned char* pSrc2, unsigned char* pSrc3,
-                       unsigned char* pSrc4, unsigned char* pDst, int nW, int nH)
+Placement quadrant(int position, int nW, int nH)
 {
-    const unsigned char* const sources[4] = {pSrc1, pSrc2, pSrc3, pSrc4};
-    const auto* source = std::find_if(std::begin(sources), std::end(sources),
-                                      [](const unsigned char* src) { return src != nullptr; });
-    if (source == std::end(sources) || nW <= 0 || nH <= 0) return;
-    const int quadrant = int(source - sources);
-    const bool right = quadrant % 2 == 1, bottom = quadrant >= 2;
+    const bool right = position % 2 == 1, bottom = position >= 2;
     const std::int64_t w = nW, h = nH, quarter = (2 * w * 2 * h) >> 2;
-
-    fe::Placement p{*source, w, h, 2 * w, 2 * h, 0, w, 0, {0, quarter}};
+    Placement p{w, h, 2 * w, 2 * h, 0, w, 0, {0, quarter}};
     if (bottom) {
         p.lumaOffset += 2 * w * h;
         p.pairOffset += w * h;
@@ -100,40 +104,67 @@ void FEDSP::SnapShotM1(unsigned char* pSrc1, unsigned char* pSrc2, unsigned char
         for (std::int64_t& offset : p.planeOffset)
             offset += w >> 1;
     }
-    fe::place(fe::OutputWindow(*this, pDst), m_nFormat, p);
+    return p;
 }
 
-void FEDSP::SnapShotM2(unsigned char* pSrc1, unsigned char* pSrc2, unsigned char* pSrc3,
-                       unsigned char* pDst, int nW, int nH, float, int, int nFrameH)
+Placement upperView(int position, int nW, int nH, int frameH)
 {
-    if ((!pSrc1 && !pSrc2 && !pSrc3) || nW <= 0 || nH <= 0) return;
-    const std::int64_t w = nW, h = nH, H = nFrameH;
-    const fe::OutputWindow out(*this, pDst);
-    if (!pSrc1 && !pSrc2) { // the strip, as wide as the frame
-        const std::int64_t top = fe::stripTop(nFrameH);
-        const std::int64_t half = w >> 1;
-        fe::place(out, m_nFormat,
-                  {pSrc3,
-                   w,
-                   h,
-                   w,
-                   H,
-                   top * w,
-                   w,
-                   half * top,
-                   {half * top / 2, half * H / 2 + half * top / 2}});
-        return;
-    }
-    const std::int64_t quarter = (2 * w * H) >> 2;
-    fe::Placement p{pSrc1, w, h, 2 * w, H, 0, w, 0, {0, quarter}};
-    if (!pSrc1) {
+    const std::int64_t w = nW, h = nH, quarter = (2 * w * frameH) >> 2;
+    Placement p{w, h, 2 * w, frameH, 0, w, 0, {0, quarter}};
+    if (position == 1) {
         // Kept: the right view's last column is dropped and the frame's column w not written.
-        p.src = pSrc2;
         p.lumaOffset = w + 1;
         p.lumaBytes = w - 1;
         p.pairOffset = w;
         p.planeOffset[0] += w >> 1;
         p.planeOffset[1] += w >> 1;
     }
-    fe::place(out, m_nFormat, p);
+    return p;
+}
+
+void compose(const OutputWindow& out, FORMAT format, const Placement& place,
+             const unsigned char* src)
+{
+    const Planes planes = planesOf(format, place, src);
+    std::for_each_n(planes.rows, planes.count, [&](const RowCopy& rows) { out.copyRows(rows); });
+}
+
+std::optional<PlanarPicture> placeIn(const OutputWindow& out, FORMAT format, const Placement& place)
+{
+    const Planes planes = planesOf(format, place, nullptr);
+    if (place.lumaBytes != place.w || planes.count == 1) return std::nullopt;
+    for (int i = 0; i < planes.count; ++i) {
+        if (!out.holds(planes.rows[i])) return std::nullopt;
+        // A view that is higher than its frame: its luma lies where its chroma shall win.
+        if (i > 0 && planes.rows[i].offset < planes.rows[i - 1].end()) return std::nullopt;
+    }
+    const int chromaPlanes = planes.count - 1;
+    return PlanarPicture{out.at(planes.rows[0].offset),
+                         std::ptrdiff_t(planes.rows[0].step),
+                         chromaPlanes,
+                         {out.at(planes.rows[1].offset), out.at(planes.rows[chromaPlanes].offset)},
+                         std::ptrdiff_t(planes.rows[1].step)};
+}
+
+} // namespace fe
+
+void FEDSP::SnapShotM1(unsigned char* pSrc1, unsigned char* pSrc2, unsigned char* pSrc3,
+                       unsigned char* pSrc4, unsigned char* pDst, int nW, int nH)
+{
+    const unsigned char* const sources[4] = {pSrc1, pSrc2, pSrc3, pSrc4};
+    const auto* source = std::find_if(std::begin(sources), std::end(sources),
+                                      [](const unsigned char* src) { return src != nullptr; });
+    if (source == std::end(sources) || nW <= 0 || nH <= 0) return;
+    fe::compose(fe::OutputWindow(*this, pDst), m_nFormat,
+                fe::quadrant(int(source - sources), nW, nH), *source);
+}
+
+void FEDSP::SnapShotM2(unsigned char* pSrc1, unsigned char* pSrc2, unsigned char* pSrc3,
+                       unsigned char* pDst, int nW, int nH, float, int, int nFrameH)
+{
+    const unsigned char* upper = pSrc1 ? pSrc1 : pSrc2;
+    if ((!upper && !pSrc3) || nW <= 0 || nH <= 0) return;
+    fe::compose(fe::OutputWindow(*this, pDst), m_nFormat,
+                upper ? fe::upperView(pSrc1 ? 0 : 1, nW, nH, nFrameH) : fe::strip(nW, nH, nFrameH),
+                upper ? upper : pSrc3);
 }

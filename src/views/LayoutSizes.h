@@ -13,6 +13,8 @@ struct Extent {
 
 struct Size {
     int w, h;
+
+    bool operator==(const Size&) const = default;
 };
 
 // A view of the quad layout: half the screen, a multiple of 4. For screens larger than the input,

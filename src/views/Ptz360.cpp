@@ -19,13 +19,9 @@ fe::ViewFrame ptz360Frame(const FEDSP& e, const fe::Size& view)
     return frame;
 }
 
-void composeUpperView(FEDSP& e, unsigned char* image, int position, unsigned char* out,
-                      const fe::ViewFrame& frame)
+fe::Placement placeOf(int position, const fe::ViewFrame& frame)
 {
-    unsigned char* left = position == 0 ? image : nullptr;
-    unsigned char* right = position == 1 ? image : nullptr;
-    e.SnapShotM2(left, right, nullptr, out, frame.viewW, frame.viewH, e.m_fScaleX, 0,
-                 frame.screenH);
+    return fe::upperView(position, frame.viewW, frame.viewH, frame.screenH);
 }
 
 } // namespace
@@ -36,5 +32,5 @@ bool FEDSP::AccessCtr_FE360PTZ(unsigned char* pIn, unsigned char* pOut, int nInW
     const fe::Size view = fe::ptz360ViewSize({nInW, nInH, nScreenW, nScreenH});
     fe::ViewFrame frame = ptz360Frame(*this, view);
     frame.screenH = nScreenH;
-    return fe::renderPair(*this, fe::k360Rules, fe::k360Law, frame, composeUpperView, pIn, pOut);
+    return fe::renderPair(*this, fe::k360Rules, fe::k360Law, frame, placeOf, pIn, pOut);
 }

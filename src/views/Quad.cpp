@@ -20,12 +20,9 @@ fe::ViewFrame quadFrame(const FEDSP& e, const fe::Size& view, double zoomGain)
     return frame;
 }
 
-void composeQuadrant(FEDSP& e, unsigned char* image, int position, unsigned char* out,
-                     const fe::ViewFrame& frame)
+fe::Placement placeOf(int position, const fe::ViewFrame& frame)
 {
-    unsigned char* sources[4] = {};
-    sources[position] = image;
-    e.SnapShotM1(sources[0], sources[1], sources[2], sources[3], out, frame.viewW, frame.viewH);
+    return fe::quadrant(position, frame.viewW, frame.viewH);
 }
 
 } // namespace
@@ -33,10 +30,14 @@ void composeQuadrant(FEDSP& e, unsigned char* image, int position, unsigned char
 bool FEDSP::AccessCtr_FEQuad12(unsigned char* pIn, unsigned char* pOut, int nInW, int nInH,
                                int nScreenW, int nScreenH)
 {
-    const fe::Size view = fe::quadViewSize({nInW, nInH, nScreenW, nScreenH}, fe::kQuad12Fraction);
+    const fe::Extent extent{nInW, nInH, nScreenW, nScreenH};
+    const fe::Size view = fe::quadViewSize(extent, fe::kQuad12Fraction);
     const double scale = double(m_fScaleX);
     fe::ViewFrame frame = quadFrame(*this, view, scale <= 1 ? 1.2 : 1.2 * std::pow(scale, 3.0));
-    return fe::renderPair(*this, fe::kQuad12Rules, fe::kQuadLaw, frame, composeQuadrant, pIn, pOut);
+    // The dispatcher goes on with views 3 and 4.
+    frame.imagesAreTemporary =
+        pOut == m_pOutput && view == fe::quadViewSize(extent, fe::kQuad34Fraction);
+    return fe::renderPair(*this, fe::kQuad12Rules, fe::kQuadLaw, frame, placeOf, pIn, pOut);
 }
 
 bool FEDSP::AccessCtr_FEQuad34(unsigned char* pIn, unsigned char* pOut, int nInW, int nInH,
@@ -48,5 +49,5 @@ bool FEDSP::AccessCtr_FEQuad34(unsigned char* pIn, unsigned char* pOut, int nInW
         quadFrame(*this, view, scale <= 1 ? 1.2 : 3.0 * 0.4 * scale * scale * scale);
     const std::uint32_t frameBytes = 3u * std::uint32_t(nScreenW) * std::uint32_t(nScreenH);
     m_nQuadBytes = fe::wrappingSum(m_nQuadBytes, frameBytes & ~3u);
-    return fe::renderPair(*this, fe::kQuad34Rules, fe::kQuadLaw, frame, composeQuadrant, pIn, pOut);
+    return fe::renderPair(*this, fe::kQuad34Rules, fe::kQuadLaw, frame, placeOf, pIn, pOut);
 }

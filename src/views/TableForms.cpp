@@ -3,7 +3,6 @@
 #include "views/TableForms.h"
 
 #include "engine/Buffers.h"
-#include "kernels/RemapPlan.h"
 #include "kernels/TickLines.h"
 #include "mapping/MapEntry.h"
 
@@ -110,38 +109,42 @@ bool findPlan(FEDSP& e, int number, const int* entries, RemapPlan& plan, std::in
     return header.state == PlanHeader::kMade;
 }
 
+// The picture that the kernels for 4:2:0 frames write.
+PlanarPicture wholePicture(unsigned char* dst, FORMAT format, int w, int h)
+{
+    const int planes = format == FORMAT_YV12 ? 2 : 1;
+    const std::ptrdiff_t pixels = std::ptrdiff_t(w) * h;
+    return {dst, w, planes, {dst + pixels, dst + pixels + pixels / 4}, w / planes};
+}
+
 // As the kernels for 4:2:0 frames, lines included.
 void mapPlanned(const FEDSP& e, const RemapPlan& plan, const int* entries, const unsigned char* src,
-                unsigned char* dst)
+                const PlanarPicture& dst)
 {
-    const bool planes = e.m_nFormat == FORMAT_YV12;
-    const TickLines ticks(planes ? "Bilinear_YV12_C" : "Bilinear_NV12_C");
+    const TickLines ticks(e.m_nFormat == FORMAT_YV12 ? "Bilinear_YV12_C" : "Bilinear_NV12_C");
     const std::ptrdiff_t luma = std::ptrdiff_t(e.m_nPitch) * e.m_nInputH;
-    const std::size_t pixels = std::size_t(plan.w) * std::size_t(plan.h);
-    unsigned char* chroma = dst + pixels;
-    mapByPlan(plan, entries, remapOps(isaInUse()), src, dst,
-              {planes ? 2 : 1,
-               {src + luma, src + luma + (planes ? luma / 4 : 0)},
-               {chroma, chroma + (planes ? pixels / 4 : 0)}});
+    mapByPlan(plan, entries, remapOps(isaInUse()), {src, {src + luma, src + luma + luma / 4}}, dst);
     ticks.print();
 }
 
 } // namespace
 
-void mapByTable(FEDSP& e, unsigned char* in, unsigned char* out, int* table,
-                std::int64_t firstEntry, int w, int h)
+bool mapByTable(FEDSP& e, unsigned char* in, unsigned char* out, int* table,
+                std::int64_t firstEntry, int w, int h, const PlanarPicture* placed)
 {
     const int number = numberOf(e, table);
     const std::int64_t offset = firstEntry * std::int64_t(kMapEntryBytes / sizeof(int));
     RemapPlan plan{w, h, e.m_nPitch, e.m_nCapacity[kStaged], nullptr, 0, 0};
     if (e.m_nFormat != FORMAT_RGB && in == e.m_pStaged && number != kNoTable &&
         findPlan(e, number, table + offset, plan, firstEntry)) {
-        mapPlanned(e, plan, table + offset, in, out);
-        return;
+        mapPlanned(e, plan, table + offset, in,
+                   placed ? *placed : wholePicture(out, e.m_nFormat, w, h));
+        return placed != nullptr;
     }
     int* form = tableForFormat(e, table, firstEntry + std::int64_t(w) * h);
     e.FCMapping(e.m_nFormat, in, out, form + offset, e.m_nInputW, e.m_nInputH, w, h,
                 e.m_FishSetting.bEnabled != 0);
+    return false;
 }
 
 int* tableForFormat(FEDSP& e, int* table, std::int64_t entries)

@@ -7,15 +7,17 @@
 #define LUMOFE_TABLEFORMS_H
 
 #include "FEDSP.h"
+#include "kernels/RemapPlan.h"
 
 #include <cstdint>
 
 namespace fe {
 
 // Maps a whole picture of w x h pixels in the engine's format, by the entries of one of the
-// engine's tables from firstEntry on.
-void mapByTable(FEDSP& e, unsigned char* in, unsigned char* out, int* table,
-                std::int64_t firstEntry, int w, int h);
+// engine's tables from firstEntry on. The picture goes to out, or, when it is mapped by a plan and
+// `placed` is not null, there instead; true then.
+bool mapByTable(FEDSP& e, unsigned char* in, unsigned char* out, int* table,
+                std::int64_t firstEntry, int w, int h, const PlanarPicture* placed = nullptr);
 
 // The table as the kernel for the engine's format wants it: the table itself, or for packed 24-bit
 // frames its copy. The copy is made when there is none of the first `entries` entries.

@@ -16,10 +16,25 @@ std::size_t bandImageOffset(int position, const ViewFrame& frame)
     return offsets[position];
 }
 
+// The place of a view that may be mapped straight into the frame, because no one can see that its
+// image was not left in the work images. Turned upside down where views are.
+std::optional<PlanarPicture> directPlace(const FEDSP& e, const Placement& place, unsigned char* out)
+{
+    std::optional<PlanarPicture> direct = placeIn(OutputWindow(e, out), e.m_nFormat, place);
+    if (direct && e.m_nCamPos != 0) {
+        direct->luma += direct->lumaPitch * std::ptrdiff_t(place.h - 1);
+        direct->lumaPitch = -direct->lumaPitch;
+        for (unsigned char*& plane : direct->chroma)
+            plane += direct->chromaPitch * std::ptrdiff_t(place.h / 2 - 1);
+        direct->chromaPitch = -direct->chromaPitch;
+    }
+    return direct;
+}
+
 } // namespace
 
 bool renderPair(FEDSP& e, const ViewRule (&rules)[2], const ViewLaw& law, ViewFrame& frame,
-                Compose compose, unsigned char* in, unsigned char* out)
+                PlaceOf placeOf, unsigned char* in, unsigned char* out)
 {
     const bool wholeFrame = e.m_nLineIndex < 0;
     const bool setting = e.m_FishSetting.bEnabled != 0;
@@ -32,18 +47,23 @@ bool renderPair(FEDSP& e, const ViewRule (&rules)[2], const ViewLaw& law, ViewFr
         unsigned char* image =
             e.m_pViewImage + (wholeFrame ? 0 : bandImageOffset(rule.position, frame));
         int* table = e.*rule.table;
-        if (isKnown(e.m_nFormat) && wholeFrame)
-            mapByTable(e, in, image, table, 0, frame.viewW, frame.viewH);
-        else if (isKnown(e.m_nFormat))
+        const Placement place = placeOf(rule.position, frame);
+        if (isKnown(e.m_nFormat) && wholeFrame) {
+            const bool temporary = &rule == rules || frame.imagesAreTemporary;
+            const auto direct = temporary ? directPlace(e, place, out) : std::nullopt;
+            if (mapByTable(e, in, image, table, 0, frame.viewW, frame.viewH,
+                           direct ? &*direct : nullptr))
+                continue;
+        } else if (isKnown(e.m_nFormat)) {
             done = e.FCMapping_line(e.m_nFormat, in, image, table, e.m_nInputW, e.m_nInputH,
                                     frame.viewW, frame.viewH, setting, e.m_nLineIndex);
-
+        }
         if (!wholeFrame && e.m_nLineIndex != frame.viewH - 1 && done != frame.viewH) continue;
         if (e.m_nCamPos != 0) {
             e.TransferButtomToUpPlanar(image, e.m_pWorkImageA, frame.viewW, frame.viewH, true);
             image = e.m_pWorkImageA;
         }
-        compose(e, image, rule.position, out, frame);
+        compose(OutputWindow(e, out), e.m_nFormat, place, image);
     }
     return wholeFrame || done >= frame.viewH;
 }

@@ -4,6 +4,7 @@
 #define LUMOFE_VIEWRULES_H
 
 #include "engine/SubViews.h"
+#include "views/Compose.h"
 
 namespace fe {
 
@@ -17,6 +18,8 @@ struct ViewFrame {
     double zoomGain;  // growth of the lens radius per zoom step
     int base;         // what the circle's radius allows the offset at zoom 0
     int zoomTerm = 0; // growth of the lens radius of both 360 views
+    // What comes after the pair in this frame writes over the work images of its last view.
+    bool imagesAreTemporary = false;
 };
 
 // What steering on the ceiling and the floor depends on.
@@ -98,12 +101,11 @@ int steerView(FEDSP& e, const ViewRule& rule, const ViewLaw& law, ViewFrame& fra
 void updateTable(FEDSP& e, const ViewRule& rule, const ViewLaw& law, const ViewFrame& frame,
                  int radius);
 
-// Renders two views one after the other: all of the rule. `compose` places a finished image.
+// Renders two views one after the other: all of the rule. `placeOf` says where a view goes.
 // True when the frame is complete.
-using Compose = void (*)(FEDSP& e, unsigned char* image, int position, unsigned char* out,
-                         const ViewFrame& frame);
+using PlaceOf = Placement (*)(int position, const ViewFrame& frame);
 bool renderPair(FEDSP& e, const ViewRule (&rules)[2], const ViewLaw& law, ViewFrame& frame,
-                Compose compose, unsigned char* in, unsigned char* out);
+                PlaceOf placeOf, unsigned char* in, unsigned char* out);
 
 } // namespace fe
 

@@ -79,6 +79,44 @@ std::vector<unsigned char> mapPlain(const std::vector<int>& table, const unsigne
     return out;
 }
 
+// How a picture lies in memory: bytes between its rows, and whether they go upwards.
+struct Spread {
+    int gap;
+    bool upsideDown;
+};
+constexpr unsigned char kUntouched = 0xA5;
+
+PlanarPicture pictureIn(unsigned char* bytes, int w, int h, int planes, const Spread& spread)
+{
+    PlanarPicture picture{bytes, w + spread.gap, planes, {}, w / planes + spread.gap};
+    unsigned char* chroma = bytes + picture.lumaPitch * h;
+    for (int plane = 0; plane < 2; ++plane)
+        picture.chroma[plane] = chroma + plane * picture.chromaPitch * (h / 2);
+    if (spread.upsideDown) {
+        picture.luma += picture.lumaPitch * (h - 1);
+        picture.lumaPitch = -picture.lumaPitch;
+        for (unsigned char*& plane : picture.chroma)
+            plane += picture.chromaPitch * (h / 2 - 1);
+        picture.chromaPitch = -picture.chromaPitch;
+    }
+    return picture;
+}
+
+// The picture's rows copied to where they should be.
+std::vector<unsigned char> spreadOut(const std::vector<unsigned char>& tight, std::size_t size,
+                                     int w, int h, int planes, const Spread& spread)
+{
+    std::vector<unsigned char> bytes(size, kUntouched);
+    const PlanarPicture to = pictureIn(bytes.data(), w, h, planes, spread);
+    const unsigned char* src = tight.data();
+    for (int y = 0; y < h; ++y, src += w)
+        std::copy_n(src, w, to.luma + y * to.lumaPitch);
+    for (int plane = 0; plane < planes; ++plane)
+        for (int y = 0; y < h / 2; ++y, src += w / planes)
+            std::copy_n(src, w / planes, to.chroma[plane] + y * to.chromaPitch);
+    return bytes;
+}
+
 // For each instruction set that plans are followed with.
 class Plans : public testing::TestWithParam<Isa> {
 protected:
@@ -93,18 +131,20 @@ protected:
         const std::vector<unsigned char> frame = noise();
         GuardedBuffer source(frame.size());
         std::copy(frame.begin(), frame.end(), source.data());
+        const unsigned char* chroma = source.data() + kStride * kRows;
         for (const int planes : {1, 2}) {
-            GuardedBuffer out(pixels * 3 / 2);
-            const unsigned char* chroma = source.data() + kStride * kRows;
-            mapByPlan(planner.plan, planner.table.data(), remapOps(GetParam()), source.data(),
-                      out.data(),
-                      {planes,
-                       {chroma, chroma + kStride * kRows / 4},
-                       {out.data() + pixels, out.data() + pixels + pixels / 4}});
-            const std::vector<unsigned char> expected =
+            const std::vector<unsigned char> tight =
                 mapPlain(planner.table, source.data(), w, h, planes);
-            ASSERT_EQ(std::vector<unsigned char>(out.data(), out.data() + out.size()), expected)
-                << planes << " planes";
+            for (const Spread& spread : {Spread{0, false}, {0, true}, {5, false}, {5, true}}) {
+                GuardedBuffer out(pixels * 3 / 2 + 5 * std::size_t(spread.gap) * std::size_t(h));
+                std::fill_n(out.data(), out.size(), kUntouched);
+                mapByPlan(planner.plan, planner.table.data(), remapOps(GetParam()),
+                          {source.data(), {chroma, chroma + kStride * kRows / 4}},
+                          pictureIn(out.data(), w, h, planes, spread));
+                ASSERT_EQ(std::vector<unsigned char>(out.data(), out.data() + out.size()),
+                          spreadOut(tight, out.size(), w, h, planes, spread))
+                    << planes << " planes, gaps of " << spread.gap << ", " << spread.upsideDown;
+            }
         }
     }
 };
