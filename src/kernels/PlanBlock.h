@@ -15,6 +15,9 @@ struct PlanBlock {
     // Index of each tile's window in the luma plane. When window[1] is kWide, tiles 0 and 1 share
     // window[0], 2 and 3 window[2], and so on.
     std::int32_t window[8];
+    // How far behind that window the one of the tile's lower pixels is. When lower[0] is kNone, all
+    // tiles have one window.
+    std::int16_t lower[8];
     std::int32_t chroma[8]; // index of each tile's chroma sample
     // Of each pixel's top-left neighbour in the window: 4 * row + column, both 0..2.
     std::uint8_t position[32];
@@ -22,13 +25,14 @@ struct PlanBlock {
     std::uint8_t fy[32];
 
     static constexpr std::int32_t kWide = -1;
+    static constexpr std::int16_t kNone = INT16_MIN;
     // The even tiles, then the odd ones: two neighbours make a vector of 256 bits.
     static constexpr std::size_t firstPixel(std::size_t tile)
     {
         return tile % 2 * 16 + tile / 2 * 4;
     }
 };
-static_assert(sizeof(PlanBlock) == 160);
+static_assert(sizeof(PlanBlock) == 176);
 
 // Byte shuffles for 128 bits: bytes 4 * i to 4 * i + 3, each four times, or twice with a zero
 // behind it.

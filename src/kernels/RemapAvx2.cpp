@@ -167,19 +167,21 @@ struct Avx2Vectors {
     {
         return _mm256_shuffle_epi8(loadBytes(bytes), inBothLanes(fe::kTwice[i]));
     }
-    template <bool wide>
-    static void loadWindows(const unsigned char* src, std::ptrdiff_t row,
-                            const std::int32_t* window, Vec (&windows)[1])
+    // Each tile's upper two pixels from a, its lower two from b.
+    static Vec lowerPixels(Vec a, Vec b) { return _mm256_blend_epi32(a, b, 0xCC); }
+    template <bool shared>
+    static void loadWindows(const unsigned char* const (&tiles)[2], std::ptrdiff_t row,
+                            Vec (&windows)[1])
     {
-        const unsigned char* p = src + window[0];
+        const unsigned char* p = tiles[0];
         const unsigned char* p3 = p + 3 * row;
-        if constexpr (wide) {
+        if constexpr (shared) {
             Vec a = broadcast32(p);
             a = _mm256_blend_epi32(a, broadcast32(p + row), 0x22);
             a = _mm256_blend_epi32(a, broadcast32(p + 2 * row), 0x44);
             windows[0] = _mm256_blend_epi32(a, broadcast32(p3), 0x88);
         } else {
-            const unsigned char* q = src + window[1];
+            const unsigned char* q = tiles[1];
             const unsigned char* q3 = q + 3 * row;
             Vec a = broadcast32(p), b = broadcast32(q);
             a = _mm256_blend_epi32(a, broadcast32(p + row), 0x02);

@@ -137,23 +137,36 @@ void mapLuma(const unsigned char* src, unsigned char* dst, const int* table, std
     });
 }
 
+enum class Windows { shared, ofTiles, ofRows };
+
 // One block of a plan. A vector holds one tile of a pair or both; the values of tiles 0, 2, 4, 6
 // come first, with those of 1, 3, 5, 7 in their upper lanes or behind them.
-template <class V, bool wide>
+template <class V, Windows kind>
 void planBlock(const fe::PlanBlock& block, const unsigned char* src, std::ptrdiff_t stride,
                unsigned char* top, unsigned char* bottom)
 {
     constexpr std::size_t kPairs = 4, kVectors = 8 / V::kLanes; // vectors of a pair
     typename V::Vec values[kPairs * kVectors];
     for (std::size_t pair = 0; pair < kPairs; ++pair) {
-        typename V::Vec windows[kVectors];
-        V::template loadWindows<wide>(src, stride, block.window + 2 * pair, windows);
+        const unsigned char* const tiles[2] = {
+            src + block.window[2 * pair],
+            src + block.window[2 * pair + (kind == Windows::shared ? 0 : 1)]};
+        typename V::Vec windows[kVectors], lower[kVectors];
+        V::template loadWindows<kind == Windows::shared>(tiles, stride, windows);
+        if (kind == Windows::ofRows) {
+            const unsigned char* const rows[2] = {tiles[0] + block.lower[2 * pair],
+                                                  tiles[1] + block.lower[2 * pair + 1]};
+            V::template loadWindows<false>(rows, stride, lower);
+        }
         for (std::size_t v = 0; v < kVectors; ++v) {
             const auto place =
                 V::add8(V::eachFourTimes(block.position + 16 * v, pair), V::all32(0x05040100));
-            values[v * kPairs + pair] = interpolate<V>(
-                V::shuffle8(windows[v], place), V::eachTwice(block.fx + 16 * v, pair),
-                verticalWeights<V>(V::eachTwice(block.fy + 16 * v, pair)));
+            auto samples = V::shuffle8(windows[v], place);
+            if (kind == Windows::ofRows)
+                samples = V::lowerPixels(samples, V::shuffle8(lower[v], place));
+            values[v * kPairs + pair] =
+                interpolate<V>(samples, V::eachTwice(block.fx + 16 * v, pair),
+                               verticalWeights<V>(V::eachTwice(block.fy + 16 * v, pair)));
         }
     }
     V::storeTiles(top, bottom, values);
@@ -164,10 +177,12 @@ void planRow(const fe::PlanBlock* blocks, std::size_t count, const unsigned char
              unsigned char* top, unsigned char* bottom)
 {
     for (; count != 0; --count, ++blocks, top += fe::kPlanBlockW, bottom += fe::kPlanBlockW) {
-        if (blocks->window[1] == fe::PlanBlock::kWide)
-            planBlock<V, true>(*blocks, src, stride, top, bottom);
+        if (blocks->lower[0] != fe::PlanBlock::kNone)
+            planBlock<V, Windows::ofRows>(*blocks, src, stride, top, bottom);
+        else if (blocks->window[1] == fe::PlanBlock::kWide)
+            planBlock<V, Windows::shared>(*blocks, src, stride, top, bottom);
         else
-            planBlock<V, false>(*blocks, src, stride, top, bottom);
+            planBlock<V, Windows::ofTiles>(*blocks, src, stride, top, bottom);
     }
 }
 

@@ -61,36 +61,37 @@ public:
     {
     }
 
-    // Puts the tile with these entries into the block. False when no window holds it.
+    // Puts the tile with these entries into the block, whose windows it takes one or two of. False
+    // when none hold it.
     bool place(const MapEntry (&entries)[4], PlanBlock& block, std::size_t tile) const
     {
-        int rows[4], columns[4];
-        std::uint32_t fractions = 0;
-        for (int p = 0; p < 4; ++p) {
-            fractions |= entries[p].fractions;
-            if (!split(std::int64_t(entries[p].index) - entries[0].index, rows[p], columns[p]))
-                return false;
-        }
-        const int top = *std::min_element(rows, rows + 4);
-        const int left = *std::min_element(columns, columns + 4);
-        const std::int64_t window =
-            std::int64_t(entries[0].index) + top * std::int64_t(stride_) + left;
-        if (window < 0 || window > last_ || (fractions & 0xFF00FF00u) != 0) return false;
         const std::size_t first = PlanBlock::firstPixel(tile);
+        std::uint32_t fractions = 0;
         for (std::size_t p = 0; p < 4; ++p) {
-            const int row = rows[p] - top, column = columns[p] - left;
-            if (row > kFarthest || column > kFarthest) return false;
-            block.position[first + p] = std::uint8_t(4 * row + column);
+            fractions |= entries[p].fractions;
             block.fx[first + p] = std::uint8_t(entries[p].fractions >> 16);
             block.fy[first + p] = std::uint8_t(entries[p].fractions);
         }
-        block.window[tile] = std::int32_t(window);
-        return true;
+        if ((fractions & 0xFF00FF00u) != 0) return false;
+        block.lower[tile] = 0;
+        std::uint8_t* positions = block.position + first;
+        std::int32_t below;
+        if (find(entries, 4, block.window[tile], positions)) return true;
+        if (!find(entries, 2, block.window[tile], positions) ||
+            !find(entries + 2, 2, below, positions + 2))
+            return false;
+        const std::int64_t distance = std::int64_t(below) - block.window[tile];
+        block.lower[tile] = std::int16_t(distance);
+        return block.lower[tile] == distance && distance != PlanBlock::kNone;
     }
 
-    // Lets two neighbouring tiles share a window wherever possible in the whole block.
+    // Lets two neighbouring tiles share a window wherever possible in the whole block, unless one
+    // of them has two.
     void widen(PlanBlock& block) const
     {
+        for (const std::int16_t distance : block.lower)
+            if (distance != 0) return;
+        block.lower[0] = PlanBlock::kNone;
         PlanBlock wide = block;
         for (std::size_t tile = 0; tile < kTilesInBlock; tile += 2)
             if (!share(wide, tile)) return;
@@ -100,6 +101,28 @@ public:
 
 private:
     static constexpr int kFarthest = 2; // row or column of a top-left neighbour in its window
+
+    // Finds a window that holds the neighbours of so many pixels, and their places in it.
+    bool find(const MapEntry* entries, int count, std::int32_t& window,
+              std::uint8_t* positions) const
+    {
+        int rows[4], columns[4];
+        for (int p = 0; p < count; ++p)
+            if (!split(std::int64_t(entries[p].index) - entries[0].index, rows[p], columns[p]))
+                return false;
+        const int top = *std::min_element(rows, rows + count);
+        const int left = *std::min_element(columns, columns + count);
+        const std::int64_t first =
+            std::int64_t(entries[0].index) + top * std::int64_t(stride_) + left;
+        if (first < 0 || first > last_) return false;
+        for (int p = 0; p < count; ++p) {
+            const int row = rows[p] - top, column = columns[p] - left;
+            if (row > kFarthest || column > kFarthest) return false;
+            positions[p] = std::uint8_t(4 * row + column);
+        }
+        window = std::int32_t(first);
+        return true;
+    }
 
     // A distance in the source as rows and columns; false when it is too far for a window.
     bool split(std::int64_t distance, int& rows, int& columns) const
@@ -145,6 +168,7 @@ private:
 void blankTile(PlanBlock& block, std::size_t tile)
 {
     block.window[tile] = 0;
+    block.lower[tile] = 0;
     const std::size_t first = PlanBlock::firstPixel(tile);
     std::memset(block.position + first, 0, 4);
     std::memset(block.fx + first, 0, 4);

@@ -1,11 +1,12 @@
 // A compact form of a mapping table, for pictures that are mapped by the same table again and
-// again: 5 bytes a pixel instead of 8, and less to compute for each.
+// again: 5.5 bytes a pixel instead of 8, and less to compute for each.
 //
 // Four output pixels, a tile of 2 x 2, mostly lie so close together in the source that one window
-// of 4 x 4 samples holds the neighbours of all. A tile keeps where its window and its chroma sample
-// are, and each pixel's place in the window and its fractions. Tiles that do not fit ("odd" ones)
-// are mapped by the table itself, as are the columns that are left over. Blocks follow one another
-// down a narrow strip, so that the source lines of a rotated view stay in the cache.
+// of 4 x 4 samples holds the neighbours of all. Others need two, one for the upper pixels and one
+// for the lower. A tile keeps where its windows and its chroma sample are, and each pixel's place
+// in its window and its fractions. Tiles that do not fit ("odd" ones) are mapped by the table
+// itself, as are the columns that are left over. Blocks follow one another down a narrow strip, so
+// that the source lines of a rotated view stay in the cache.
 #ifndef LUMOFE_REMAPPLAN_H
 #define LUMOFE_REMAPPLAN_H
 

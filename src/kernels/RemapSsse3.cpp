@@ -28,12 +28,17 @@ struct Ssse3Vectors : SseVectors {
             _mm_unpacklo_epi64(load64(p), load64(p + rowBytes)),
             _mm_setr_epi8(2, 5, 10, 13, 3, 6, 11, 14, 4, 7, 12, 15, -1, -1, -1, -1));
     }
-    template <bool wide>
-    static void loadWindows(const unsigned char* src, std::ptrdiff_t row,
-                            const std::int32_t* window, Vec (&windows)[2])
+    template <bool shared>
+    static void loadWindows(const unsigned char* const (&tiles)[2], std::ptrdiff_t row,
+                            Vec (&windows)[2])
     {
-        windows[0] = loadWindow(src + window[0], row);
-        windows[1] = wide ? windows[0] : loadWindow(src + window[1], row);
+        windows[0] = loadWindow(tiles[0], row);
+        windows[1] = shared ? windows[0] : loadWindow(tiles[1], row);
+    }
+    // Each tile's upper two pixels from a, its lower two from b.
+    static Vec lowerPixels(Vec a, Vec b)
+    {
+        return _mm_castpd_si128(_mm_shuffle_pd(_mm_castsi128_pd(a), _mm_castsi128_pd(b), 2));
     }
     static Vec loadWindow(const unsigned char* p, std::ptrdiff_t row)
     {

@@ -157,13 +157,13 @@ INSTANTIATE_TEST_SUITE_P(Isas, Plans, testing::Values(Isa::ssse3, Isa::avx2),
 TEST_P(Plans, GiveTheBytesOfTheTable)
 {
     for (const auto& [w, h] : {std::pair{160, 120}, {64, 2}, {16, 2}, {18, 4}, {94, 38}, {302, 66}})
-        for (const double scale : {0.1, 0.4, 0.7, 1.0, 1.3})
+        for (const double scale : {0.1, 0.4, 0.7, 1.0, 1.3, 1.7, 2.2})
             for (const double degrees : {0.0, 17.0, 45.0, 90.0, 180.0, 251.0}) {
                 SCOPED_TRACE(testing::Message()
                              << w << " x " << h << " * " << scale << " at " << degrees);
                 Planner planner(w, h, turned(w, h, scale, degrees));
                 if (!planner.make()) {
-                    EXPECT_GT(scale, 1) << "refused";
+                    EXPECT_GT(scale, 1.5) << "refused";
                     continue;
                 }
                 ASSERT_TRUE(isComplete(planner.plan));
@@ -187,6 +187,34 @@ TEST_P(Plans, LeaveTilesThatDoNotFitToTheTable)
     ASSERT_TRUE(planner.make());
     EXPECT_GT(planner.plan.oddTiles, 30u);
     expectSame(planner);
+}
+
+// The tiles' upper and lower pixels have windows of their own.
+TEST_P(Plans, HoldTilesThatAreTooLargeForOneWindow)
+{
+    for (const double degrees : {30.0, 45.0, 145.0, 300.0}) {
+        Planner planner(80, 48, turned(80, 48, 1.7, degrees));
+        ASSERT_TRUE(planner.make());
+        EXPECT_EQ(planner.plan.oddTiles, 0u);
+        expectSame(planner);
+    }
+}
+
+TEST(RemapPlan, TilesWhoseWindowsAreFarApartAreOdd)
+{
+    constexpr int kFarStride = 11000;
+    for (const int rows : {2, 3}) {
+        std::vector<int> table(2 * 16 * 2);
+        for (std::size_t k = 16; k < 18; ++k)
+            storeEntry(table.data(), k, {0, rows * kFarStride});
+        for (std::size_t k = 0; k < 2; ++k)
+            storeEntry(table.data(), k, {0, 0});
+        Planner planner(16, 2, table);
+        planner.plan.stride = kFarStride;
+        planner.plan.sourceBytes = 10 * kFarStride;
+        ASSERT_TRUE(planner.make());
+        EXPECT_EQ(planner.plan.oddTiles, rows == 2 ? 0u : 1u);
+    }
 }
 
 TEST(RemapPlan, IsMadeInSlices)
