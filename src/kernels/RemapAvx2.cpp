@@ -31,11 +31,8 @@ struct Avx2Vectors {
     {
         return _mm256_slli_epi16(a, bits);
     }
-    template <int bits>
-    static Vec right16(Vec a)
-    {
-        return _mm256_srli_epi16(a, bits);
-    }
+    // The upper byte of each word less its lower one.
+    static Vec differences8(Vec a) { return _mm256_maddubs_epi16(a, _mm256_set1_epi16(0x01FF)); }
     template <int bits>
     static Vec right32(Vec a)
     {

@@ -101,7 +101,7 @@ template <class V>
 typename V::Vec interpolate(typename V::Vec samples, typename V::Vec fx, typename V::Vec weights)
 {
     const auto left = V::template left16<8>(samples); // times 256
-    const auto step = V::sub16(V::template right16<8>(samples), V::template right16<8>(left));
+    const auto step = V::differences8(samples);
     const auto rows = V::bitXor(V::add16(left, V::mul16(step, fx)), V::all16(-32768));
     return V::multiplyAdd(rows, weights);
 }

@@ -29,10 +29,10 @@ struct SseVectors {
     {
         return _mm_slli_epi16(a, bits);
     }
-    template <int bits>
-    static Vec right16(Vec a)
+    // The upper byte of each word less its lower one.
+    static Vec differences8(Vec a)
     {
-        return _mm_srli_epi16(a, bits);
+        return _mm_sub_epi16(_mm_srli_epi16(a, 8), _mm_and_si128(a, _mm_set1_epi16(255)));
     }
     template <int bits>
     static Vec right32(Vec a)

@@ -7,6 +7,7 @@ namespace {
 
 struct Ssse3Vectors : SseVectors {
     static Vec add8(Vec a, Vec b) { return _mm_add_epi8(a, b); }
+    static Vec differences8(Vec a) { return _mm_maddubs_epi16(a, _mm_set1_epi16(0x01FF)); }
     static Vec shuffle8(Vec a, Vec order) { return _mm_shuffle_epi8(a, order); }
     static Vec load(const unsigned char* p)
     {
