@@ -117,11 +117,17 @@ PlanarPicture wholePicture(unsigned char* dst, FORMAT format, int w, int h)
     return {dst, w, planes, {dst + pixels, dst + pixels + pixels / 4}, w / planes};
 }
 
+// What times the kernel for 4:2:0 frames in that format.
+TickLines ticksOf(FORMAT format)
+{
+    return TickLines(format == FORMAT_YV12 ? "Bilinear_YV12_C" : "Bilinear_NV12_C");
+}
+
 // As the kernels for 4:2:0 frames, lines included.
 void mapPlanned(const FEDSP& e, const RemapPlan& plan, const int* entries, const unsigned char* src,
                 const PlanarPicture& dst)
 {
-    const TickLines ticks(e.m_nFormat == FORMAT_YV12 ? "Bilinear_YV12_C" : "Bilinear_NV12_C");
+    const TickLines ticks = ticksOf(e.m_nFormat);
     const std::ptrdiff_t luma = std::ptrdiff_t(e.m_nPitch) * e.m_nInputH;
     mapByPlan(plan, entries, remapOps(isaInUse()), {src, {src + luma, src + luma + luma / 4}}, dst);
     ticks.print();
@@ -145,6 +151,11 @@ bool mapByTable(FEDSP& e, unsigned char* in, unsigned char* out, int* table,
     e.FCMapping(e.m_nFormat, in, out, form + offset, e.m_nInputW, e.m_nInputH, w, h,
                 e.m_FishSetting.bEnabled != 0);
     return false;
+}
+
+void printMapped(const FEDSP& e)
+{
+    if (e.m_nFormat != FORMAT_RGB) ticksOf(e.m_nFormat).print();
 }
 
 int* tableForFormat(FEDSP& e, int* table, std::int64_t entries)

@@ -19,6 +19,10 @@ namespace fe {
 bool mapByTable(FEDSP& e, unsigned char* in, unsigned char* out, int* table,
                 std::int64_t firstEntry, int w, int h, const PlanarPicture* placed = nullptr);
 
+// Prints what mapByTable does, for a picture that is there already: the same table has mapped the
+// same frame to it.
+void printMapped(const FEDSP& e);
+
 // The table as the kernel for the engine's format wants it: the table itself, or for packed 24-bit
 // frames its copy. The copy is made when there is none of the first `entries` entries.
 int* tableForFormat(FEDSP& e, int* table, std::int64_t entries);

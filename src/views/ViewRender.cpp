@@ -1,6 +1,7 @@
 // Rendering two views: steer, build, map, flip, compose.
 #include "views/ViewRules.h"
 
+#include "kernels/Sampling.h"
 #include "views/TableForms.h"
 
 namespace fe {
@@ -38,18 +39,28 @@ bool renderPair(FEDSP& e, const ViewRule (&rules)[2], const ViewLaw& law, ViewFr
 {
     const bool wholeFrame = e.m_nLineIndex < 0;
     const bool setting = e.m_FishSetting.bEnabled != 0;
+    // Then the second view shows the first one's image, unless its table is built in between.
+    const bool sharedTable = rules[0].table == rules[1].table;
+    unsigned char* image = nullptr;
+    bool mapped = false; // the image shows what the table says
     int done = 0;
     for (const ViewRule& rule : rules) {
         int radius = law.radius(e, frame, e.*fieldsOf(rule).zoom);
         if (rule.number == e.m_ViewParams.nSubView) radius = steerView(e, rule, law, frame, radius);
-        updateTable(e, rule, law, frame, radius);
-
-        unsigned char* image =
-            e.m_pViewImage + (wholeFrame ? 0 : bandImageOffset(rule.position, frame));
+        const bool rebuilt = updateTable(e, rule, law, frame, radius);
+        const bool first = &rule == rules;
         int* table = e.*rule.table;
         const Placement place = placeOf(rule.position, frame);
+        if (!first && sharedTable && !rebuilt && mapped) {
+            printMapped(e);
+            compose(OutputWindow(e, out), e.m_nFormat, place, image);
+            continue;
+        }
+        image = e.m_pViewImage + (wholeFrame ? 0 : bandImageOffset(rule.position, frame));
+        mapped = wholeFrame && isKnown(e.m_nFormat) &&
+                 canMap(in, image, table, frame.viewW, frame.viewH, e.m_nPitch);
         if (isKnown(e.m_nFormat) && wholeFrame) {
-            const bool temporary = &rule == rules || frame.imagesAreTemporary;
+            const bool temporary = first ? !sharedTable : frame.imagesAreTemporary;
             const auto direct = temporary ? directPlace(e, place, out) : std::nullopt;
             if (mapByTable(e, in, image, table, 0, frame.viewW, frame.viewH,
                            direct ? &*direct : nullptr))

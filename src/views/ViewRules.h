@@ -97,8 +97,8 @@ int wallRadius(const FEDSP& e, const ViewFrame& frame, int zoom,
 // before the step.
 int steerView(FEDSP& e, const ViewRule& rule, const ViewLaw& law, ViewFrame& frame, int radius);
 
-// Rebuilds the view's table when its key changed or a set-up frame asks for it.
-void updateTable(FEDSP& e, const ViewRule& rule, const ViewLaw& law, const ViewFrame& frame,
+// Rebuilds the view's table when its key changed or a set-up frame asks for it. True when it did.
+bool updateTable(FEDSP& e, const ViewRule& rule, const ViewLaw& law, const ViewFrame& frame,
                  int radius);
 
 // Renders two views one after the other: all of the rule. `placeOf` says where a view goes.

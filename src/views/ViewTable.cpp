@@ -59,11 +59,11 @@ FEDSP::ClonefishRect viewedArea(const FEDSP& e, const ViewRule& rule, const View
 
 } // namespace
 
-void updateTable(FEDSP& e, const ViewRule& rule, const ViewLaw& law, const ViewFrame& frame,
+bool updateTable(FEDSP& e, const ViewRule& rule, const ViewLaw& law, const ViewFrame& frame,
                  int radius)
 {
     const int key = rebuildKey(e, rule, law, frame.viewW);
-    if (!needsRebuild(e, rule, law, key)) return;
+    if (!needsRebuild(e, rule, law, key)) return false;
 
     const SubViewFields& view = fieldsOf(rule);
     const bool wall = e.m_nCamPos == 1;
@@ -81,6 +81,7 @@ void updateTable(FEDSP& e, const ViewRule& rule, const ViewLaw& law, const ViewF
     if (rule.panBuilt) e.*rule.panBuilt = e.*view.pan;
     e.*rule.key = key;
     tableChanged(e, table);
+    return true;
 }
 
 } // namespace fe

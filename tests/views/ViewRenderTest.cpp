@@ -1,11 +1,9 @@
 #include "views/ViewRules.h"
 
 #include "Isas.h"
+#include "ViewTestSupport.h"
 #include "engine/Buffers.h"
 #include "views/TableForms.h"
-
-#include <cstring>
-#include <gtest/gtest.h>
 
 using namespace fe;
 
@@ -123,3 +121,46 @@ TEST(RenderedQuad, SkipsImagesThatLaterViewsWriteOver)
     EXPECT_TRUE(leavesAnImage(nullptr, &FEDSP::AccessCtr_FEQuad12)) << "called by a host";
     EXPECT_TRUE(leavesAnImage(out.data(), &FEDSP::AccessCtr_FEQuad34)) << "the last view";
 }
+
+// Views 3 and 4 share a table: the last view is mapped for itself only when that was built anew.
+class LastView : public testing::TestWithParam<std::tuple<FORMAT, int>> {};
+
+TEST_P(LastView, ShowsTheTableThatIsThereAfterTheFrame)
+{
+    constexpr int kW = 160, kH = 120;
+    const FORMAT format = std::get<0>(GetParam());
+    const int mounting = std::get<1>(GetParam());
+    TestSlot slot(320, 320, 2 * kW, 2 * kH);
+    FEDSP& e = slot.engine();
+    Bytes in = patternFrame(320, 320, format);
+    OutputFrame out(2 * kW, 2 * kH, format);
+    const auto expectShown = [&](int view, int tiltStep, int builds) {
+        SCOPED_TRACE(testing::Message() << view << " by " << tiltStep);
+        slot.update(kModeQuad, mounting, view, 0, tiltStep);
+        const std::string text = printedBy([&] { slot.frame(in, out, format); });
+        EXPECT_EQ(occurrences(text, "Fisheye_calibration_Init_byArea:"), builds);
+        EXPECT_EQ(occurrences(text, "chroma Tick"), format == FORMAT_RGB ? 0 : 4);
+        Bytes image(kW * kH * 3);
+        int* table = tableForFormat(e, e.m_pMapTable, kW * kH);
+        e.FCMapping(format, e.m_pStaged, image.data(), table, 320, 320, kW, kH, false);
+        EXPECT_TRUE(std::equal(image.begin(), image.begin() + kW * kH, e.m_pViewImage));
+        for (int y = 0; y < kH; ++y)
+            ASSERT_EQ(std::memcmp(image.data() + (mounting == 0 ? y : kH - 1 - y) * kW,
+                                  out.data() + (kH + y) * 2 * kW + kW + 1, kW),
+                      0)
+                << "row " << y;
+    };
+    const int up = mounting == 0 ? -1 : 1;
+    expectShown(1, 0, 4);
+    expectShown(1, 0, 0);
+    expectShown(3, 4 * up, 1);
+    expectShown(3, 0, 0);
+    expectShown(2, 6 * up, 2); // 4 as well
+    expectShown(2, 0, 0);
+    expectShown(4, 8 * up, 0); // its own steps wait for one of view 2
+    expectShown(2, 3 * up, 2);
+}
+
+INSTANTIATE_TEST_SUITE_P(Formats, LastView,
+                         testing::Combine(testing::Values(FORMAT_NV12, FORMAT_YV12, FORMAT_RGB),
+                                          testing::Values(0, 2)));
