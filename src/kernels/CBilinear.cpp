@@ -16,16 +16,15 @@ namespace {
 // the next rows need again.
 constexpr std::size_t kStrip = 128; // pixels
 
-// Calls row(first pixel, count, entries, bytes ahead) for each row of each strip of a picture.
+// Calls row(first pixel, count, entries) for each row of each strip of a picture.
 template <class Row>
 void walkStrips(const int* table, int outW, int outH, Row row)
 {
-    constexpr std::size_t kRowsAhead = 4;
     const std::size_t w = std::size_t(outW), h = std::size_t(outH);
     for (std::size_t x = 0; x < w; x += kStrip)
         for (std::size_t y = 0; y < h; ++y) {
             const std::size_t first = y * w + x;
-            row(first, std::min(kStrip, w - x), table + 2 * first, kRowsAhead * w * 8);
+            row(first, std::min(kStrip, w - x), table + 2 * first);
         }
 }
 
@@ -55,12 +54,12 @@ void mapPlanes(const unsigned char* src, unsigned char* dst, const int* table, i
     const RemapOps& ops = remapOps(isaInUse());
     const Divider divider(stride);
     const std::int32_t reach = reachOf(table, std::size_t(outW) * std::size_t(outH));
-    walkStrips(table, outW, outH,
-               [&](std::size_t first, std::size_t count, const int* entries, std::size_t ahead) {
-                   ops.luma(src, dst + first, entries, count, stride, reach, ahead);
-                   if (first / std::size_t(outW) % 2 == 0)
-                       takeChroma(ops, entries, count, divider, sampleOf(first, outW), take);
-               });
+    const std::size_t ahead = 4 * kMapEntryBytes * std::size_t(outW); // four rows
+    walkStrips(table, outW, outH, [&](std::size_t first, std::size_t count, const int* entries) {
+        ops.luma(src, dst + first, entries, count, stride, reach, ahead);
+        if (first / std::size_t(outW) % 2 == 0)
+            takeChroma(ops, entries, count, divider, sampleOf(first, outW), take);
+    });
 }
 
 void mapPixels(const unsigned char* src, unsigned char* dst, const int* table, int inW, int outW,
@@ -69,11 +68,14 @@ void mapPixels(const unsigned char* src, unsigned char* dst, const int* table, i
     if (!canMap(src, dst, table, outW, outH, inW)) return;
     const RemapOps& ops = remapOps(isaInUse());
     const auto map = swapped ? ops.packedSwapped : ops.packed;
-    const std::int32_t reach = reachOf(table, std::size_t(outW) * std::size_t(outH));
-    walkStrips(table, outW, outH,
-               [&](std::size_t first, std::size_t count, const int* entries, std::size_t ahead) {
-                   map(src, dst + 3 * first, entries, count, 3 * std::ptrdiff_t(inW), reach, ahead);
-               });
+    const std::size_t pixels = std::size_t(outW) * std::size_t(outH);
+    const std::int32_t reach = reachOf(table, pixels);
+    const std::size_t eightRows = 8 * std::size_t(outW);
+    walkStrips(table, outW, outH, [&](std::size_t first, std::size_t count, const int* entries) {
+        const std::size_t ahead = first + count + eightRows <= pixels ? eightRows : 0;
+        map(src, dst + 3 * first, entries, count, 3 * std::ptrdiff_t(inW), reach,
+            ahead * kMapEntryBytes);
+    });
 }
 
 } // namespace
@@ -157,11 +159,10 @@ void CBilinear::invBilinear_NV12_C(unsigned char* pSrc, unsigned char* pDst, int
     };
     const RemapOps& ops = remapOps(isaInUse());
     const Divider divider(nInW);
-    walkStrips(pTbl, nOutW, nOutH,
-               [&](std::size_t first, std::size_t pixels, const int* entries, std::size_t) {
-                   if (first / std::size_t(nOutW) % 2 == 0)
-                       takeChroma(ops, entries, pixels, divider, sampleOf(first, nOutW), grey);
-               });
+    walkStrips(pTbl, nOutW, nOutH, [&](std::size_t first, std::size_t pixels, const int* entries) {
+        if (first / std::size_t(nOutW) % 2 == 0)
+            takeChroma(ops, entries, pixels, divider, sampleOf(first, nOutW), grey);
+    });
 }
 
 void CBilinear::Bilinear_RGB24(unsigned char* pSrc, unsigned char* pDst, int* pTbl, int nInW,

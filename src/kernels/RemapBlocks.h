@@ -41,6 +41,14 @@ void prefetchBlock(const int* entries, std::size_t ahead)
     V::prefetch(bytes + 64);
 }
 
+// The samples of a few entries, for all that are between them.
+template <class V>
+void prefetchSamples(const unsigned char* src, const int* entries)
+{
+    for (int k = 0; k < int(V::kLanes); k += 2)
+        V::prefetch(src + indexOf(entries, k));
+}
+
 // The block's entries as vectors: mask of those that the vectors must leave to the plain loop.
 template <class V>
 typename V::Vec hardEntries(typename V::Vec fractions, typename V::Vec indices,
@@ -193,7 +201,8 @@ void mapPacked(const unsigned char* src, unsigned char* dst, const int* table, s
     const auto easy = [=](std::size_t k, std::size_t end) {
         for (; k < end; k += V::kLanes) {
             const int* lanes = entryAddress(table, k);
-            prefetchBlock<V>(lanes, ahead);
+            prefetchBlock<V>(lanes, 2 * ahead);
+            prefetchSamples<V>(src, lanes + ahead / sizeof(int));
             const auto fractions = V::fractionsInOrder(lanes);
             const auto fx = V::bothUpper(fractions);
             const auto weights = verticalWeights<V>(V::bothLower(fractions));

@@ -29,7 +29,8 @@ struct RemapOps {
     // fetched into the cache.
     void (*luma)(const unsigned char* src, unsigned char* dst, const int* table, std::size_t count,
                  int stride, std::int32_t reach, std::size_t ahead);
-    // Three bytes a pixel; indices and rowBytes count bytes.
+    // Three bytes a pixel; indices and rowBytes count bytes. Samples are fetched for the entry
+    // `ahead` bytes from each, which must exist, and the table twice as far.
     void (*packed)(const unsigned char* src, unsigned char* dst, const int* table,
                    std::size_t count, std::ptrdiff_t rowBytes, std::int32_t reach,
                    std::size_t ahead);

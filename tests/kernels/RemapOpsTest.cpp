@@ -42,8 +42,8 @@ std::uint32_t drawFraction(Random& random, Kind kind)
     }
 }
 
-// Source, table and outputs of one call. The source ends at an unreadable page, right behind the
-// last byte that has a weight; the table's address is odd.
+// Source and table of one call. Both end at an unreadable page, the source right behind the last
+// byte that has a weight; the table's address is odd.
 class Call {
 public:
     // `pixel` bytes a pixel, rows of `rowBytes`.
@@ -66,20 +66,13 @@ public:
         for (std::size_t i = 0; i < source_.size(); ++i)
             source_[i] = static_cast<unsigned char>(random() % 3 ? random() : 255);
     }
-    const int* table() const
-    {
-        return static_cast<const int*>(static_cast<const void*>(address()));
-    }
-    int* table() { return static_cast<int*>(static_cast<void*>(address())); }
+    int* table() { return static_cast<int*>(static_cast<void*>(table_.data() + 1)); }
     const unsigned char* source() { return source_.data(); }
-    std::int32_t reach() const { return reachOf(table(), count_); }
+    std::int32_t reach() { return reachOf(table(), count_); }
 
 private:
-    unsigned char* address() const { return const_cast<unsigned char*>(table_.data()) + 1; }
-
     std::size_t count_;
-    std::vector<unsigned char> table_;
-    GuardedBuffer source_;
+    GuardedBuffer table_, source_;
 };
 
 // For each instruction set beyond the plain code.
@@ -133,14 +126,16 @@ TEST_P(RemapVariants, PackedPixelsAreThoseOfThePlainCode)
         for (int count = 0; count <= 67; ++count) {
             SCOPED_TRACE(testing::Message() << int(kind) << " " << count);
             const int rowBytes = 3 * between(random, 1, 40);
-            Call call(random, kind, count, 3, rowBytes, between(random, 1, 30));
-            const auto n = std::size_t(count);
+            // The last entry whose samples are fetched ahead is the table's last.
+            const int further = count % 7;
+            Call call(random, kind, count + further, 3, rowBytes, between(random, 1, 30));
+            const auto n = std::size_t(count), ahead = std::size_t(further) * kMapEntryBytes;
             expectSame(3 * n, [&](const RemapOps& ops, unsigned char* dst) {
-                ops.packed(call.source(), dst, call.table(), n, rowBytes, call.reach(), 2048);
+                ops.packed(call.source(), dst, call.table(), n, rowBytes, call.reach(), ahead);
             });
             expectSame(3 * n, [&](const RemapOps& ops, unsigned char* dst) {
                 ops.packedSwapped(call.source(), dst, call.table(), n, rowBytes, call.reach(),
-                                  2048);
+                                  ahead);
             });
             if (HasFatalFailure()) return;
         }
