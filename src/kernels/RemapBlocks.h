@@ -180,11 +180,24 @@ void planBlock(const fe::PlanBlock& block, const unsigned char* src, std::ptrdif
     V::storeTiles(top, bottom, values);
 }
 
+// The plan itself, and samples of the block that comes `ahead` blocks later.
+template <class V>
+void prefetchPlan(const unsigned char* src, const fe::PlanBlock* blocks, std::size_t ahead)
+{
+    constexpr std::size_t kBlocksAhead = 32;
+    const auto* bytes = reinterpret_cast<const unsigned char*>(blocks + kBlocksAhead);
+    for (std::size_t line = 0; line < sizeof(fe::PlanBlock); line += 64)
+        V::prefetch(bytes + line);
+    for (std::size_t tile = 0; tile < fe::kTilesInBlock; tile += 2)
+        V::prefetch(src + blocks[ahead].window[tile]);
+}
+
 template <class V>
 void planRow(const fe::PlanBlock* blocks, std::size_t count, const unsigned char* src, int stride,
-             unsigned char* top, unsigned char* bottom)
+             unsigned char* top, unsigned char* bottom, std::size_t ahead)
 {
     for (; count != 0; --count, ++blocks, top += fe::kPlanBlockW, bottom += fe::kPlanBlockW) {
+        prefetchPlan<V>(src, blocks, ahead);
         if (blocks->lower[0] != fe::PlanBlock::kNone)
             planBlock<V, Windows::ofRows>(*blocks, src, stride, top, bottom);
         else if (blocks->window[1] == fe::PlanBlock::kWide)

@@ -12,6 +12,7 @@ namespace fe {
 namespace {
 
 constexpr std::size_t kStripBlocks = 4; // 64 pixels
+constexpr std::size_t kRowsAhead = 4;   // of a strip, for fetching samples
 constexpr int kMinStride = 16;          // below, a place in the window has two names
 
 // The highest index whose neighbours can be read.
@@ -306,7 +307,8 @@ void mapByPlan(const RemapPlan& plan, const int* table, const RemapOps& ops,
             const std::size_t width = blocks.stripWidth(column);
             unsigned char* top =
                 dst.luma + std::ptrdiff_t(row * kPlanBlockH) * dst.lumaPitch + column * kPlanBlockW;
-            ops.planRow(strip, width, src.luma, plan.stride, top, top + dst.lumaPitch);
+            const std::size_t ahead = row + kRowsAhead < blocks.rows() ? kRowsAhead * width : 0;
+            ops.planRow(strip, width, src.luma, plan.stride, top, top + dst.lumaPitch, ahead);
             for (std::size_t b = 0; b < width; ++b)
                 copyChroma(strip[b].chroma, kTilesInBlock, src, dst, row,
                            (column + b) * kTilesInBlock);
