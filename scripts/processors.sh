@@ -2,13 +2,15 @@
 # Runs the library on emulated processors without AVX2 and without SSSE3: processors.sh
 #
 # An instruction that such a processor does not have ends a program. A frame of each layout must come
-# out as on this machine, and tests of the kernels and of the panorama's tables must pass. First it is
-# made sure that the emulator does stop at instructions that the processor does not have.
+# out as on this machine, and tests of the kernels and of the tables must pass. First it is made sure
+# that the emulator does stop at instructions that the processor does not have.
 set -eu
 cd "$(dirname "$0")/.."
 
-kernels='BandKernels.*:BilinearSample.*:CBilinear.*:Isa.*:LMAffine*:MappingDrivers.*:Packed.*:ResizeImage.*:Strides.*:WholeFrame.*'
-tables='PanoramaRemap.*'
+kernels='BandKernels.*:BilinearSample.*:CBilinear.*:Isa.*:LMAffine*:MappingDrivers.*:Packed.*:RemapOps.*'
+kernels=$kernels':RemapPlan.*:ResizeImage.*:ReversedCopy.*:ScalePlane.*:Strides.*:WholeFrame.*'
+kernels=$kernels':Isas/*:EveryInstructionSet/*'
+tables='PanoramaPolar.*:PanoramaRemap.*:Polar.*:Variants/*'
 
 for emulator in qemu-i386 qemu-x86_64; do
     command -v $emulator >/dev/null 2>&1 && continue
