@@ -240,7 +240,7 @@ void writeCameraFile(const std::string& path, const CameraFile& camera)
 Position positionOf(const Dewarper& dewarper)
 {
     const MountRule& rule = mountRule(dewarper.setup().mount);
-    Position position{dewarper.aims(), dewarper.setup().panoOffset};
+    Position position{dewarper.aims(), dewarper.setup().panoOffset % 360};
     for (Aim& aim : position.views) {
         aim.pan = std::clamp(aim.pan, rule.panMin, rule.panMax);
         aim.tilt = std::clamp(aim.tilt, rule.tiltMin, rule.tiltMax);
