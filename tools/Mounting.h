@@ -18,6 +18,7 @@ struct Aim {
     // How far the viewed area lies towards the circle's rim, input pixels. Steps move it otherwise
     // than aims do; without it, it follows from the tilt and the zoom.
     std::optional<int> offset = {};
+    bool operator==(const Aim&) const = default;
 };
 
 // What a mounting accepts, degrees.

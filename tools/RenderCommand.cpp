@@ -5,6 +5,7 @@
 #include "LibraryOutput.h"
 #include "OutputFile.h"
 #include "OutputKind.h"
+#include "camera/Tour.h"
 #include "media/ImageFile.h"
 #include "media/InputStream.h"
 #include "media/Pixels.h"
@@ -52,6 +53,33 @@ private:
     long frames_ = 0;
 };
 
+// Has the views look where they shall in each frame. What stays is not built anew.
+class Steering {
+public:
+    Steering(Dewarper& dewarper, const RenderOptions& options, double rate)
+        : dewarper_(dewarper), options_(options), rate_(rate)
+    {
+        if (options.tour) options_.camera = withOffsets(*options.camera, dewarper);
+    }
+
+    void aim(int frame)
+    {
+        if (frame > 0 && !moves(options_)) return;
+        Position position = positionFor(options_, frame, rate_);
+        if (frame > 0 && position == position_) return;
+        dewarper_.aim(position.views);
+        if (position.panoOffset != dewarper_.setup().panoOffset)
+            dewarper_.turnPanorama(position.panoOffset);
+        position_ = std::move(position);
+    }
+
+private:
+    Dewarper& dewarper_;
+    RenderOptions options_;
+    const double rate_;
+    Position position_;
+};
+
 // A note for each thing that will not be as asked for.
 DewarperSetup setupFor(const RenderOptions& options, Size input, bool video)
 {
@@ -91,21 +119,24 @@ void renderStill(const RenderOptions& options, InputStream& input, OutputKind ki
     if (options.timeFrames > 0) printMedianTime(dewarper, options.timeFrames);
 }
 
-void renderSweep(const RenderOptions& options, InputStream& input, OutputKind kind, int ownOutput)
+void renderMotion(const RenderOptions& options, InputStream& input, OutputKind kind, int ownOutput)
 {
     if (kind != OutputKind::video && kind != OutputKind::sameAsInput)
-        throw Error(options.output +
-                    ": a pan sweep is a video; give an output that ends in .y4m, or -");
+        throw Error(options.output + ": a " + (options.tour ? "tour" : "pan sweep") +
+                    " is a video; give an output that ends in .y4m, or -");
     const Frame420 frame =
         toFrame420(cropToEven(decodeImage(input.readAll(kMaxImageFile), input.name())));
     const DewarperSetup setup = setupFor(options, frame.size, true);
     Dewarper dewarper(setup);
+    const double rate = frameRate(kStillTags);
+    Steering steering(dewarper, options, rate);
 
     OutputFile output(options.output, ownOutput);
     Y4mWriter writer(output, {setup.output, kStillTags});
     Progress progress;
-    for (int number = 0; number < *options.frames; ++number) {
-        dewarper.aim(sweptAim(options, number));
+    const int frames = movingFrames(options, rate);
+    for (int number = 0; number < frames; ++number) {
+        steering.aim(number);
         writer.write(dewarper.dewarp(frame));
         progress.frameDone();
     }
@@ -125,28 +156,29 @@ void renderVideo(const RenderOptions& options, InputStream& input, OutputKind ki
     Frame420 frame(reader.header().size);
     const DewarperSetup setup = setupFor(options, evenSize(frame.size), true);
     Dewarper dewarper(setup);
-    dewarper.aim(aimsFor(options));
+    Steering steering(dewarper, options, frameRate(reader.header().tags));
 
     OutputFile output(options.output, ownOutput);
     Y4mWriter writer(output, {setup.output, reader.header().tags});
     Progress progress;
-    bool any = false;
+    int number = 0;
     while (reader.read(frame)) {
+        steering.aim(number++);
         writer.write(dewarper.dewarp(cropToEven(frame)));
         output.flush();
         progress.frameDone();
-        any = true;
     }
     progress.finish();
-    if (!any) throw Error(input.name() + ": holds no frames; make the video again");
+    if (number == 0) throw Error(input.name() + ": holds no frames; make the video again");
     output.commit();
 }
 
 } // namespace
 
-void runRender(const RenderOptions& options)
+void runRender(const RenderOptions& asked)
 {
-    const OutputKind kind = outputKind(options.output);
+    const OutputKind kind = outputKind(asked.output);
+    const RenderOptions options = withCamera(asked);
     checkOptions(options);
 
     // First, so that no file takes the place of a closed standard output.
@@ -154,7 +186,7 @@ void runRender(const RenderOptions& options)
                                                       : LibraryOutput::Target::discard);
     InputStream input(options.input);
     const auto render = input.startsWith(kY4mMagic) ? renderVideo
-                        : options.panSweep          ? renderSweep
+                        : moves(options)            ? renderMotion
                                                     : renderStill;
     render(options, input, kind, libraryOutput.ownOutput());
 }

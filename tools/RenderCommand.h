@@ -7,7 +7,7 @@
 namespace lumofe {
 
 // Throws Error for whatever cannot be done; then no output file is left.
-void runRender(const RenderOptions& options);
+void runRender(const RenderOptions& asked);
 
 } // namespace lumofe
 

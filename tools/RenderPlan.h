@@ -2,7 +2,7 @@
 #ifndef LUMOFE_TOOLS_RENDER_PLAN_H
 #define LUMOFE_TOOLS_RENDER_PLAN_H
 
-#include "Dewarper.h"
+#include "camera/CameraFile.h"
 
 #include <optional>
 #include <string>
@@ -28,11 +28,23 @@ struct RenderOptions {
     std::vector<Aim> ptz;       // of views 1, 2, ...; the others keep their default
     std::optional<int> panoOffset;
 
+    // What is known of the camera, for what is not given. See withCamera().
+    std::string cameraPath;           // its file; empty: none
+    std::string preset;               // of that file; empty: none
+    bool tour = false;                // follow that file's tour
+    bool viewGiven = false;           // else the file's
+    bool mountGiven = false;          // likewise
+    std::optional<CameraFile> camera; // the file's content
+
     std::optional<double> panSweep; // degrees; makes a video of a still
-    std::optional<int> frames;      // of that video
+    std::optional<int> frames;      // of the video that a sweep or a tour makes of a still
     int timeFrames = 0;             // further frames to measure
     bool verbose = false;           // show the library's lines on standard error
 };
+
+// The options, with what the camera's file says where they are silent. Throws Error when the file
+// cannot be read, or what they ask of it is not in it.
+RenderOptions withCamera(RenderOptions options);
 
 // Throws Error, naming the option, for options that contradict one another or are out of range.
 void checkOptions(const RenderOptions& options);
@@ -43,6 +55,15 @@ std::vector<Aim> aimsFor(const RenderOptions& options);
 // The aim of frame `number`, 0 and up, of a pan sweep. A full turn ends one frame before its
 // beginning, so that it can be repeated without a halt.
 Aim sweptAim(const RenderOptions& options, int number);
+
+// Whether the views move from frame to frame by themselves.
+bool moves(const RenderOptions& options);
+
+// How many frames at that many a second a still's sweep or round of the tour takes.
+int movingFrames(const RenderOptions& options, double rate);
+
+// Where the views look in frame `number`, 0 and up, at that many frames a second.
+Position positionFor(const RenderOptions& options, int number, double rate);
 
 struct RenderPlan {
     DewarperSetup setup;

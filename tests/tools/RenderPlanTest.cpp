@@ -149,7 +149,7 @@ TEST(RenderPlan, SweepsThatCannotBeAreRefused)
     EXPECT_EQ(refusal(options), "--pan-sweep: needs --frames N");
     options.panSweep.reset();
     options.frames = 10;
-    EXPECT_EQ(refusal(options), "--frames: needs --pan-sweep DEG");
+    EXPECT_EQ(refusal(options), "--frames: needs --pan-sweep DEG or --tour");
     options.panSweep = 361;
     EXPECT_EQ(refusal(options), "--pan-sweep: is outside -360 to 360 degrees");
     options.panSweep = 90;

@@ -1,5 +1,7 @@
 #include "camera/Tour.h"
 
+#include "ToolTestSupport.h"
+
 #include <cmath>
 #include <gtest/gtest.h>
 #include <limits>
@@ -132,6 +134,36 @@ TEST(Tour, AllViewsAndThePanoramaMove)
     c.tour.stops = {{"c", 0, 2}, {"d", 1, 1}};
     EXPECT_EQ(tourAt(c, 1).panoOffset, 180);
     EXPECT_NEAR(tourAt(c, 1.5).panoOffset, 172, 1);
+}
+
+// The library's tilt has steps of 2 degrees; the offset moves on between them.
+TEST(Tour, OffsetsAreFilledInAndChangeNothingAtTheStops)
+{
+    for (Mount mount : {Mount::ceiling, Mount::wall, Mount::floor}) {
+        DewarperSetup setup;
+        setup.input = {320, 320};
+        setup.output = {160, 120};
+        setup.circle = {160, 160, 160};
+        setup.mount = mount;
+        Dewarper dewarper(setup);
+        const double up = mount == Mount::floor ? -1 : 1;
+        CameraFile plain;
+        plain.mount = mount;
+        plain.presets = {single("a", {10, 31 * up, 20}), single("b", {50, 72 * up, 60}),
+                         single("unused", {1, 2, 3})};
+        plain.tour.stops = {{"a", 1, 1}, {"b", 1, 1}, {"a", 1, 1}};
+        const CameraFile filled = withOffsets(plain, dewarper);
+        const Image input = test::gradient(setup.input);
+        for (double seconds : {0.5, 2.5, 4.5}) {
+            EXPECT_TRUE(aimAt(filled, seconds).offset);
+            dewarper.aim(aimAt(plain, seconds));
+            const Image there = dewarper.dewarp(input);
+            dewarper.aim(aimAt(filled, seconds));
+            EXPECT_EQ(dewarper.dewarp(input).bytes, there.bytes);
+        }
+        EXPECT_TRUE(aimAt(filled, 1.5).offset);
+        EXPECT_FALSE(filled.presets[2].position.views[0].offset);
+    }
 }
 
 } // namespace

@@ -136,5 +136,15 @@ TEST(Y4m, EndlessHeaderLineIsRefused)
     EXPECT_NE(readAll(content).find("longer than 1024"), std::string::npos);
 }
 
+TEST(Y4m, FrameRateIsThatOfTheTags)
+{
+    EXPECT_EQ(frameRate(" Ip F30:1 A1:1"), 30);
+    EXPECT_NEAR(frameRate(" F30000:1001"), 29.97, 0.001);
+    EXPECT_EQ(frameRate(" F5:2"), 2.5);
+    for (const char* none : {"", " Ip XFAST", " F", " F25", " F25:", " F0:0", " F25:0", " F0:1",
+                             " F-25:1", " Fx:1", " F99999999999:1"})
+        EXPECT_EQ(frameRate(none), 25) << none;
+}
+
 } // namespace
 } // namespace lumofe

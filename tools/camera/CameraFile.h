@@ -14,6 +14,7 @@ namespace lumofe {
 struct Position {
     std::vector<Aim> views; // as many as the layout steers
     int panoOffset = 0;     // of the 180 layout of ceiling and floor, as in DewarperSetup
+    bool operator==(const Position&) const = default;
 };
 
 struct Preset {

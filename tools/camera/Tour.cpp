@@ -1,6 +1,7 @@
 // Where a camera's views look in the course of its tour.
 #include "camera/Tour.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 
@@ -75,6 +76,17 @@ Position tourAt(const CameraFile& camera, double seconds)
     }
     // Rounding may leave a rest of the round, and nothing precedes the start.
     return positionAt(camera, tour.stops.front());
+}
+
+CameraFile withOffsets(CameraFile camera, Dewarper& dewarper)
+{
+    for (const TourStop& stop : camera.tour.stops) {
+        Position& position =
+            std::ranges::find(camera.presets, stop.preset, &Preset::name)->position;
+        dewarper.aim(position.views);
+        position.views = positionOf(dewarper).views;
+    }
+    return camera;
 }
 
 } // namespace lumofe

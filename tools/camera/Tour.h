@@ -17,6 +17,11 @@ double tourSeconds(const Tour& tour);
 // have one, and the presets that it names.
 Position tourAt(const CameraFile& camera, double seconds);
 
+// The camera with the offsets of its tour's presets filled in, so that they glide too: a view's
+// tilt alone moves it in steps that can be seen. The dewarper shows the tour's layout, and ends up
+// anywhere.
+CameraFile withOffsets(CameraFile camera, Dewarper& dewarper);
+
 } // namespace lumofe
 
 #endif

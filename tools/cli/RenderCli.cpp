@@ -39,6 +39,7 @@ Examples:
   lumofe render hall.jpg -o strip.png --view 360 --ptz 90,60,0 --ptz 270,60,0
   lumofe render hall.jpg -o halves.png --view 180 --pano-offset 45
   lumofe render hall.jpg -o turn.y4m --pan-sweep 360 --frames 200
+  lumofe render hall.jpg -o door.png --camera hall.json --preset door
   ffmpeg -i cam.mp4 -pix_fmt yuv420p -f yuv4mpegpipe - |
       lumofe render - -o - --view quad | ffmpeg -i - view.mp4)";
 
@@ -72,6 +73,20 @@ void addRender(CLI::App& app)
               "from the left, centre from the top, radius; e.g. 640,512,500\n"
               "(default: centred, half the shorter side)",
               "CX,CY,R");
+    render
+        .add_option("--camera", o.cameraPath,
+                    "File of the camera (see lumofe camera --help): its circle,\n"
+                    "mounting and layout hold where these options are not given,\n"
+                    "and the input must have its size; e.g. hall.json")
+        ->type_name("FILE");
+    render
+        .add_option("--preset", o.preset,
+                    "Position of the views by its name in the --camera file; --pan,\n"
+                    "--tilt, --zoom, --ptz and --pano-offset change it; e.g. door")
+        ->type_name("NAME");
+    render.add_flag("--tour", o.tour,
+                    "Follow the tour in the --camera file. A still becomes a video of\n"
+                    "one round at 25 frames a second, unless --frames says otherwise");
     addParsed(render, "--size", o.size, parseSize,
               "Output size, 16 to 4096 pixels each, even except for RGB stills of\n"
               "the single view; e.g. 800x600 (default: see Layouts)",
@@ -106,7 +121,9 @@ void addRender(CLI::App& app)
               "it, so that a full turn repeats smoothly",
               "DEG");
     addNumber(render, "--frames", o.frames,
-              "Frames of --pan-sweep, 2 to 10000, 25 a second; e.g. 100", "N");
+              "Frames of --pan-sweep, or of a still's --tour, 2 to 10000, 25 a\n"
+              "second; e.g. 100",
+              "N");
     addParsed(render, "--format", o.format, parsePixelFormat,
               "nv12, yv12 or rgb: what the library is fed (default nv12). Where\n"
               "a layout garbles it, NV12 is fed instead: rgb in all but single,\n"
@@ -120,7 +137,11 @@ void addRender(CLI::App& app)
         ->type_name("N")
         ->check(CLI::Range(1, 100000).description(""));
     render.add_flag("--verbose", o.verbose, "Show the library's own lines on standard error");
-    render.callback([options] { runRender(*options); });
+    render.callback([options, &render] {
+        options->viewGiven = render.count("--view") > 0;
+        options->mountGiven = render.count("--mount") > 0;
+        runRender(*options);
+    });
 }
 
 } // namespace lumofe

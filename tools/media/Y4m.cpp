@@ -56,6 +56,20 @@ Y4mHeader parseY4mHeader(const std::string& line, const std::string& name)
     return header;
 }
 
+double frameRate(std::string_view tags)
+{
+    constexpr double kUsual = 25;
+    const std::size_t at = tags.find(" F");
+    if (at == std::string_view::npos) return kUsual;
+    const char *begin = tags.data() + at + 2, *end = tags.data() + tags.size();
+    int frames = 0, seconds = 0;
+    const auto [colon, bad] = std::from_chars(begin, end, frames);
+    if (bad != std::errc() || colon == end || *colon != ':') return kUsual;
+    const auto [rest, alsoBad] = std::from_chars(colon + 1, end, seconds);
+    if (alsoBad != std::errc() || frames <= 0 || seconds <= 0) return kUsual;
+    return double(frames) / seconds;
+}
+
 Y4mReader::Y4mReader(InputStream& input) : input_(input)
 {
     if (!input_.readLine(line_, kMaxLine)) throw Error(input_.name() + ": is empty");

@@ -24,6 +24,9 @@ struct Y4mHeader {
 // name for the file, for everything else.
 Y4mHeader parseY4mHeader(const std::string& line, const std::string& name);
 
+// Frames a second that a header's tags tell; 25 where they tell none.
+double frameRate(std::string_view tags);
+
 class Y4mReader {
 public:
     // Reads the header; input must outlive the reader.
