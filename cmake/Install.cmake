@@ -41,4 +41,12 @@ if(LUMOFE_BUILD_TOOLS)
     install(TARGETS lumofe RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tools)
     install(FILES ${PROJECT_BINARY_DIR}/lumofe.1
         DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tools)
+    # Where the shells look for them.
+    set(completion ${PROJECT_BINARY_DIR}/completion)
+    install(FILES ${completion}/lumofe.bash RENAME lumofe
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT tools)
+    install(FILES ${completion}/lumofe.zsh RENAME _lumofe
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions COMPONENT tools)
+    install(FILES ${completion}/lumofe.fish
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d COMPONENT tools)
 endif()

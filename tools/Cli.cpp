@@ -3,7 +3,9 @@
 
 #include "Error.h"
 #include "ManPage.h"
+#include "Parse.h"
 #include "cli/Commands.h"
+#include "completion/Completion.h"
 
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
@@ -19,7 +21,14 @@ constexpr int kBadInput = 2;
 constexpr const char* kName = "lumofe";
 constexpr const char* kDescription = "Dewarps the pictures of fisheye surveillance cameras.";
 
-constexpr void (*kCommands[])(CLI::App&) = {addRender, addScene, addSheet};
+constexpr const char* kExitStatus = R"(
+  0    done
+  2    a bad input or option, said in one line on standard error; no output is left
+  130  interrupted, as by Ctrl-C; no output is left
+)";
+
+constexpr void (*kCommands[])(CLI::App&) = {addRender, addCamera, addPreset,    addPoint,
+                                            addScene,  addSheet,  addCompletion};
 
 std::string version()
 {
@@ -32,9 +41,20 @@ void addAll(CLI::App& app)
     app.set_version_flag("--version", "lumofe " + version());
     app.require_subcommand(1);
     app.get_formatter()->column_width(28);
-    app.footer("\nlumofe COMMAND --help tells more of a command.");
+    app.footer(std::string("\nlumofe COMMAND --help tells more of a command.\n\nExit status:") +
+               kExitStatus);
     for (const auto add : kCommands)
         add(app);
+}
+
+// What options and positionals of that value take.
+std::vector<std::string> choicesOf(const std::string& value)
+{
+    if (value == "LAYOUT") return viewNames();
+    if (value == "MOUNT") return mountNames();
+    if (value == "FORMAT") return pixelFormatNames();
+    if (value == "SHELL") return shellNames();
+    return {};
 }
 
 CommandHelp helpOf(const CLI::App& app)
@@ -51,6 +71,7 @@ CommandHelp helpOf(const CLI::App& app)
         argument.value = option->get_type_name();
         argument.text = option->get_description();
         argument.required = option->get_required();
+        argument.choices = choicesOf(argument.positional ? argument.names.front() : argument.value);
         argument.repeats = argument.positional && option->get_expected_max() > 1;
         help.arguments.push_back(argument);
     }
@@ -85,11 +106,16 @@ int runTool(int argc, const char* const* argv)
     }
 }
 
-std::string toolManPage()
+CommandHelp toolHelp()
 {
     CLI::App app(kDescription, kName);
     addAll(app);
-    return manPage(helpOf(app), "LumoFESDK " + version());
+    return helpOf(app);
+}
+
+std::string toolManPage()
+{
+    return manPage(toolHelp(), "LumoFESDK " + version(), kExitStatus);
 }
 
 } // namespace lumofe

@@ -2,14 +2,17 @@
 #ifndef LUMOFE_TOOLS_CLI_H
 #define LUMOFE_TOOLS_CLI_H
 
-#include "ManPage.h"
+#include "CommandHelp.h"
+
+#include <string>
 
 namespace lumofe {
 
 // Runs the tool. Returns its exit status: 0, or 2 after one line on standard error.
 int runTool(int argc, const char* const* argv);
 
-// The manual page of all that runTool() takes.
+// All that runTool() takes, and the manual page of it.
+CommandHelp toolHelp();
 std::string toolManPage();
 
 } // namespace lumofe

@@ -19,6 +19,8 @@ struct Circle {
     int radius = 0;
 };
 
+inline constexpr int kSmallestRadius = 16, kLargestRadius = 4096;
+
 struct DewarperSetup {
     Size input; // even
     Size output;

@@ -136,8 +136,10 @@ std::string footerText(const std::string& footer)
 
 } // namespace
 
-std::string manPage(const CommandHelp& tool, const std::string& version)
+std::string manPage(const CommandHelp& tool, const std::string& version,
+                    const std::string& exitStatus)
 {
+    const std::vector<CommandHelp> commands = runnable(tool);
     std::string summary = tool.description;
     summary.front() = char(std::tolower(static_cast<unsigned char>(summary.front())));
     if (summary.ends_with('.')) summary.pop_back();
@@ -147,15 +149,14 @@ std::string manPage(const CommandHelp& tool, const std::string& version)
          << ".SH NAME\n"
          << escaped(tool.name) << " \\- " << escaped(summary) << "\n"
          << ".SH SYNOPSIS\n";
-    for (const CommandHelp& command : tool.subcommands)
+    for (const CommandHelp& command : commands)
         page << commandLine(tool.name + " " + command.name, command) << ".br\n";
     page << bold(tool.name) << ' ' << italic("OPTION") << "\n.SH OPTIONS\n" << optionList(tool);
-    for (const CommandHelp& command : tool.subcommands)
+    for (const CommandHelp& command : commands)
         page << ".SH " << upper(command.name) << "\n"
              << line(command.description + ".") << optionList(command)
              << footerText(command.footer);
-    page << ".SH EXIT STATUS\n0 on success, 2 after one line on standard error that says what was "
-            "wrong.\n";
+    page << ".SH EXIT STATUS\n" << footerText(exitStatus);
     return page.str();
 }
 

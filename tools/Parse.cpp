@@ -15,7 +15,6 @@ namespace lumofe {
 namespace {
 
 constexpr int kMinSide = 16, kMaxSide = 4096;
-constexpr int kMinRadius = 16, kMaxRadius = 4096;
 
 template <class Value>
 using Choice = std::pair<const char*, Value>;
@@ -36,6 +35,15 @@ Value choose(const char* option, const std::string& text, const Choice<Value> (&
         names.append(names.empty() ? "" : ", ").append(name);
     }
     throw Error(std::string(option) + ": '" + text + "' is unknown; choose one of " + names);
+}
+
+template <class Value, std::size_t count>
+std::vector<std::string> namesOf(const Choice<Value> (&choices)[count])
+{
+    std::vector<std::string> names;
+    for (const auto& [name, value] : choices)
+        names.emplace_back(name);
+    return names;
 }
 
 // Splits text into count numbers. False unless it is exactly that.
@@ -66,7 +74,7 @@ Circle parseCircle(const std::string& text)
     if (!splitNumbers(text, ',', v))
         throw Error("--circle: '" + text + "' is not cx,cy,r; write for example 640,512,500");
     if (!within(v[0], 0, kLargestInput.width) || !within(v[1], 0, kLargestInput.height) ||
-        !within(v[2], kMinRadius, kMaxRadius))
+        !within(v[2], kSmallestRadius, kLargestRadius))
         throw Error("--circle: '" + text +
                     "' is out of range; the centre must be in the input and "
                     "the radius from 16 to 4096 pixels");
@@ -89,6 +97,21 @@ Aim parsePtz(const std::string& text)
     if (!splitNumbers(text, ',', v))
         throw Error("--ptz: '" + text + "' is not pan,tilt,zoom; write for example 90,60,0");
     return {v[0], v[1], v[2]};
+}
+
+std::vector<std::string> viewNames()
+{
+    return namesOf(kViews);
+}
+
+std::vector<std::string> mountNames()
+{
+    return namesOf(kMounts);
+}
+
+std::vector<std::string> pixelFormatNames()
+{
+    return namesOf(kFormats);
 }
 
 View parseView(const std::string& text)

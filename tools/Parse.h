@@ -5,6 +5,7 @@
 #include "Dewarper.h"
 
 #include <string>
+#include <vector>
 
 namespace lumofe {
 
@@ -18,6 +19,11 @@ Size parseSize(const std::string& text);
 
 // "pan,tilt,zoom" in degrees and percent, decimals allowed; any range.
 Aim parsePtz(const std::string& text);
+
+// Names that the next three take.
+std::vector<std::string> viewNames();
+std::vector<std::string> mountNames();
+std::vector<std::string> pixelFormatNames();
 
 View parseView(const std::string& text);
 Mount parseMount(const std::string& text);

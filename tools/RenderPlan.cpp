@@ -118,6 +118,11 @@ Size outputSize(const RenderOptions& options, Size input, std::vector<std::strin
 
 } // namespace
 
+Circle centredCircle(Size input)
+{
+    return {input.width / 2, input.height / 2, std::min(input.width, input.height) / 2};
+}
+
 RenderOptions withCamera(RenderOptions options)
 {
     const bool positions = options.tour || !options.preset.empty();
@@ -212,8 +217,7 @@ RenderPlan planFor(const RenderOptions& options, Size input, bool video)
     DewarperSetup& setup = plan.setup;
     setup.input = input;
     setup.output = outputSize(options, input, plan.notes);
-    setup.circle = options.circle.value_or(
-        Circle{input.width / 2, input.height / 2, std::min(input.width, input.height) / 2});
+    setup.circle = options.circle.value_or(centredCircle(input));
     setup.view = options.view;
     setup.mount = options.mount;
     setup.format = options.exactFormat ? options.format : fedFormat(options.view, options.format);

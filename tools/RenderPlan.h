@@ -42,6 +42,9 @@ struct RenderOptions {
     bool verbose = false;           // show the library's lines on standard error
 };
 
+// The largest circle in the middle of the input.
+Circle centredCircle(Size input);
+
 // The options, with what the camera's file says where they are silent. Throws Error when the file
 // cannot be read, or what they ask of it is not in it.
 RenderOptions withCamera(RenderOptions options);

@@ -1,4 +1,6 @@
 // The manual page: complete, and roff takes its text for text.
+#include "ManPage.h"
+
 #include "Cli.h"
 #include "ToolTestSupport.h"
 
@@ -11,7 +13,7 @@ namespace {
 std::string pageWithFooter(const std::string& footer)
 {
     const CommandHelp command{"draw", "Draw", {}, {}, footer};
-    const std::string page = manPage({"tool", "Tests.", {}, {command}, {}}, "Kit 1.0");
+    const std::string page = manPage({"tool", "Tests.", {}, {command}, {}}, "Kit 1.0", "");
     const std::size_t start = page.find("Draw.\n") + 6;
     return page.substr(start, page.find(".SH EXIT") - start);
 }
@@ -53,6 +55,10 @@ TEST(ManPage, NamesEveryOptionOfTheHelpOnceInItsSection)
         std::size_t atLeast;
     } kSections[] = {{{"--help"}, "OPTIONS", 2},
                      {{"render", "--help"}, "RENDER", 15},
+                     {{"camera", "init", "--help"}, "CAMERA INIT", 6},
+                     {{"preset", "save", "--help"}, "PRESET SAVE", 7},
+                     {{"preset", "apply", "--help"}, "PRESET APPLY", 2},
+                     {{"point", "--help"}, "POINT", 5},
                      {{"scene", "--help"}, "SCENE", 3},
                      {{"sheet", "--help"}, "SHEET", 4}};
     const std::string page = toolManPage();
@@ -87,7 +93,7 @@ TEST(ManPage, ShowsNamesAndValuesOfArguments)
     CommandHelp help{"tool", "Tests.", {}, {}, {}};
     help.arguments.push_back({{"-o", "--output"}, "FILE", "A file,\nor two.", false, true, false});
     help.arguments.push_back({{"INPUT"}, "", "Read.", true, true, true});
-    EXPECT_NE(manPage(help, "Kit 1.0")
+    EXPECT_NE(manPage(help, "Kit 1.0", "")
                   .find(".TP\n\\fB\\-o\\fP, \\fB\\-\\-output\\fP \\fIFILE\\fP\nA file,\nor two.\n"
                         ".TP\n\\fIINPUT\\fP...\nRead.\n"),
               std::string::npos);
@@ -112,6 +118,20 @@ TEST(ManPage, ExamplesKeepTheirLines)
     EXPECT_EQ(pageWithFooter("Examples:\n  a |\n      b\n  c\nText\n"),
               ".PP\n\\fBExamples:\\fP\n.RS\n.nf\na |\n    b\nc\n.fi\n.RE\n.PP\nText\n");
     EXPECT_EQ(pageWithFooter("Example:\n  a"), ".PP\n\\fBExample:\\fP\n.RS\n.nf\na\n.fi\n.RE\n");
+}
+
+TEST(ManPage, CommandsOfCommandsStandUnderTheirWholeName)
+{
+    const CommandHelp save{"save", "Keep", {}, {}, {}}, list{"list", "Show", {}, {}, {}};
+    const CommandHelp preset{"preset", "Presets", {}, {save, list}, {}};
+    const std::string page =
+        manPage({"tool", "Tests.", {}, {preset}, {}}, "Kit 1.0", "\n  0  done\n  2  not done\n");
+    EXPECT_NE(page.find("\n\\fBtool preset save\\fP [\\fIOPTION\\fP]...\n.br\n"), std::string::npos)
+        << page;
+    EXPECT_EQ(section(page, "PRESET LIST"), "\n.SH PRESET LIST\nShow.");
+    EXPECT_EQ(page.find(".SH PRESET\n"), std::string::npos);
+    EXPECT_TRUE(
+        page.ends_with(".SH EXIT STATUS\n.TP\n\\fB0\\fP\ndone\n.TP\n\\fB2\\fP\nnot done\n"));
 }
 
 } // namespace

@@ -4,7 +4,6 @@
 #include "Error.h"
 #include "OutputFile.h"
 #include "camera/JsonField.h"
-#include "media/InputStream.h"
 
 #include <algorithm>
 #include <unistd.h>
@@ -13,11 +12,9 @@ namespace lumofe {
 namespace {
 
 constexpr int kVersion = 1;
-constexpr int kSmallestRadius = 16, kLargestRadius = 4096;
 constexpr int kLargestOffset = 4096;
 constexpr std::size_t kLongestName = 64;
 constexpr double kLongestStay = 86400, kLongestGlide = 3600; // seconds
-constexpr std::size_t kLargestFile = std::size_t(256) << 10;
 
 bool turns(View layout, Mount mount)
 {
@@ -201,16 +198,14 @@ Json jsonOf(const CameraFile& camera)
 
 CameraFile parseCameraFile(std::string_view text, const std::string& name)
 {
-    const Json document = parseJson(text, name);
-    return cameraOf({document, name});
+    const JsonFile file{name, parseJson(text, name)};
+    return cameraOf(JsonField(file));
 }
 
 CameraFile readCameraFile(const std::string& path)
 {
-    InputStream input(path);
-    const std::vector<std::uint8_t> bytes = input.readAll(kLargestFile);
-    return parseCameraFile({reinterpret_cast<const char*>(bytes.data()), bytes.size()},
-                           input.name());
+    const JsonFile file = readJson(path);
+    return cameraOf(JsonField(file));
 }
 
 std::string cameraFileText(const CameraFile& camera, const std::string& name)

@@ -2,6 +2,7 @@
 #include "camera/JsonField.h"
 
 #include "Error.h"
+#include "media/InputStream.h"
 
 #include <algorithm>
 #include <cmath>
@@ -14,6 +15,7 @@ namespace lumofe {
 namespace {
 
 constexpr int kDeepest = 16;
+constexpr std::size_t kLargestFile = std::size_t(256) << 10;
 constexpr std::size_t kMostMembers = 2000;
 constexpr std::size_t kLongestQuote = 60;
 
@@ -128,6 +130,17 @@ Json parseJson(std::string_view text, const std::string& name)
     } catch (const Json::exception& e) {
         throw Error(name + ": " + explanation(e.what()));
     }
+}
+
+JsonFile readJson(const std::string& path)
+{
+    InputStream input(path);
+    std::string text(kLargestFile + 1, '\0');
+    text.resize(input.read(reinterpret_cast<std::uint8_t*>(text.data()), text.size()));
+    if (text.size() > kLargestFile)
+        throw Error(input.name() + ": is larger than " + std::to_string(kLargestFile >> 10) +
+                    " KiB; give the JSON file of a camera");
+    return {input.name(), parseJson(text, input.name())};
 }
 
 std::string quotable(std::string_view text)

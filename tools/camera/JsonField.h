@@ -18,14 +18,22 @@ using Json = nlohmann::ordered_json;
 // a field that appears twice, and for one that is nested too deep or too large for any real file.
 Json parseJson(std::string_view text, const std::string& name);
 
+struct JsonFile {
+    std::string name; // for messages
+    Json document;
+};
+
+// "-": standard input. Throws Error as parseJson() does, and for a file that cannot be read.
+JsonFile readJson(const std::string& path);
+
 // Text of a file as a message may quote it: on one line, and not too long.
 std::string quotable(std::string_view text);
 
-// A value of a document and the way to it. The document and the file's name must outlive it.
+// A value of a document and the way to it. The file must outlive it.
 // Everything but find() and fail() throws Error when the file has something else there.
 class JsonField {
 public:
-    JsonField(const Json& document, const std::string& file) : value_(&document), file_(&file) {}
+    explicit JsonField(const JsonFile& file) : value_(&file.document), file_(&file.name) {}
 
     // Throws Error: "file: way.to[1].field: what".
     [[noreturn]] void fail(const std::string& what) const;

@@ -2,6 +2,9 @@
 #ifndef LUMOFE_TOOLS_CLI_COMMANDS_H
 #define LUMOFE_TOOLS_CLI_COMMANDS_H
 
+#include "Parse.h"
+#include "RenderPlan.h"
+
 #include <CLI/App.hpp>
 #include <optional>
 #include <string>
@@ -12,6 +15,10 @@ namespace lumofe {
 void addRender(CLI::App& app);
 void addScene(CLI::App& app);
 void addSheet(CLI::App& app);
+void addCamera(CLI::App& app);
+void addPreset(CLI::App& app);
+void addPoint(CLI::App& app);
+void addCompletion(CLI::App& app);
 
 // An option whose text `parse` turns into the target's type; it throws Error for a bad one.
 template <class Target, class Parse>
@@ -33,6 +40,22 @@ void addNumber(CLI::App& app, const char* name, std::optional<Number>& target, c
            name, [&target](const Number& number) { target = number; }, help)
         ->type_name(values);
 }
+
+// Options that several commands take.
+void addView(CLI::App& app, View& view, const char* help);
+template <class MountOrNone>
+void addMount(CLI::App& app, MountOrNone& mount)
+{
+    addParsed(app, "--mount", mount, parseMount,
+              "ceiling, wall or floor: where the camera hangs\n(default ceiling)", "MOUNT");
+}
+void addCircle(CLI::App& app, std::optional<Circle>& circle);
+
+// --pan, --tilt, --zoom, --ptz and --pano-offset.
+void addSteering(CLI::App& app, RenderOptions& options);
+
+// INPUT and --output of a command that renders.
+void addInputAndOutput(CLI::App& app, RenderOptions& options);
 
 } // namespace lumofe
 

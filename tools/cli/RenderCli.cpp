@@ -51,28 +51,10 @@ void addRender(CLI::App& app)
     RenderOptions& o = *options;
     CLI::App& render = *app.add_subcommand("render", "Dewarp a still or a Y4M video");
     render.footer(kRenderFooter);
-    render
-        .add_option("INPUT", o.input,
-                    "PNG, JPEG or BMP still, or YUV4MPEG2 video (8-bit 4:2:0),\n"
-                    "told apart by content; 320x240 to 4096x4096 pixels;\n"
-                    "- is standard input")
-        ->required()
-        ->type_name("");
-    render
-        .add_option("-o,--output", o.output,
-                    "Still (.png .jpg .jpeg .bmp) or video (.y4m); - is standard\n"
-                    "output, PNG for a still and Y4M for a video")
-        ->required()
-        ->type_name("FILE");
-    addParsed(render, "--view", o.view, parseView,
-              "single, quad, 360 or 180: the layout, see below (default single)", "LAYOUT");
-    addParsed(render, "--mount", o.mount, parseMount,
-              "ceiling, wall or floor: where the camera hangs\n(default ceiling)", "MOUNT");
-    addParsed(render, "--circle", o.circle, parseCircle,
-              "Fisheye circle in input pixels, rounded to whole ones: centre\n"
-              "from the left, centre from the top, radius; e.g. 640,512,500\n"
-              "(default: centred, half the shorter side)",
-              "CX,CY,R");
+    addInputAndOutput(render, o);
+    addView(render, o.view, "single, quad, 360 or 180: the layout, see below (default single)");
+    addMount(render, o.mount);
+    addCircle(render, o.circle);
     render
         .add_option("--camera", o.cameraPath,
                     "File of the camera (see lumofe camera --help): its circle,\n"
@@ -93,25 +75,7 @@ void addRender(CLI::App& app)
               "WxH");
     render.add_flag("--exact-size", o.exactSize,
                     "Take --size as it is, even where it leaves gaps in the layout");
-    addNumber(render, "--pan", o.pan,
-              "Single view: degrees, decimals allowed; e.g. 67.5 (default 0)", "DEG");
-    addNumber(render, "--tilt", o.tilt,
-              "Single view: degrees, decimals allowed; e.g. 60 (default:\n"
-              "ceiling 70, floor -70, wall 0)",
-              "DEG");
-    addNumber(render, "--zoom", o.zoom, "Single view: 0 (widest) to 100; e.g. 25 (default 0)",
-              "PERCENT");
-    render
-        .add_option_function<std::string>(
-            "--ptz", [&o](const std::string& text) { o.ptz.push_back(parsePtz(text)); },
-            "Pan and tilt in degrees, zoom in percent of the next view: the\n"
-            "first --ptz is for view 1 and so on, row by row; e.g. 90,60,0")
-        ->type_name("P,T,Z")
-        ->trigger_on_parse();
-    addNumber(render, "--pano-offset", o.panoOffset,
-              "180 on ceiling and floor: turns the panorama, whole degrees,\n"
-              "-360 to 360, clockwise as seen in the raw picture; e.g. 45",
-              "DEG");
+    addSteering(render, o);
     render.add_flag_callback(
         "--no-upright", [&o] { o.upright = false; },
         "Leave the ceiling's 180 upside down, as the library draws it");

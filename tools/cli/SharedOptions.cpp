@@ -1,0 +1,58 @@
+// The options that several commands take.
+#include "Parse.h"
+#include "cli/Commands.h"
+
+namespace lumofe {
+
+void addView(CLI::App& app, View& view, const char* help)
+{
+    addParsed(app, "--view", view, parseView, help, "LAYOUT");
+}
+
+void addCircle(CLI::App& app, std::optional<Circle>& circle)
+{
+    addParsed(app, "--circle", circle, parseCircle,
+              "Fisheye circle in input pixels, rounded to whole ones: centre\n"
+              "from the left, centre from the top, radius; e.g. 640,512,500\n"
+              "(default: centred, half the shorter side)",
+              "CX,CY,R");
+}
+
+void addSteering(CLI::App& app, RenderOptions& o)
+{
+    addNumber(app, "--pan", o.pan, "Single view: degrees, decimals allowed; e.g. 67.5 (default 0)",
+              "DEG");
+    addNumber(app, "--tilt", o.tilt,
+              "Single view: degrees, decimals allowed; e.g. 60 (default:\n"
+              "ceiling 70, floor -70, wall 0)",
+              "DEG");
+    addNumber(app, "--zoom", o.zoom, "Single view: 0 (widest) to 100; e.g. 25 (default 0)",
+              "PERCENT");
+    app.add_option_function<std::string>(
+           "--ptz", [&o](const std::string& text) { o.ptz.push_back(parsePtz(text)); },
+           "Pan and tilt in degrees, zoom in percent of the next view: the\n"
+           "first --ptz is for view 1 and so on, row by row; e.g. 90,60,0")
+        ->type_name("P,T,Z")
+        ->trigger_on_parse();
+    addNumber(app, "--pano-offset", o.panoOffset,
+              "180 on ceiling and floor: turns the panorama, whole degrees,\n"
+              "-360 to 360, clockwise as seen in the raw picture; e.g. 45",
+              "DEG");
+}
+
+void addInputAndOutput(CLI::App& app, RenderOptions& o)
+{
+    app.add_option("INPUT", o.input,
+                   "PNG, JPEG or BMP still, or YUV4MPEG2 video (8-bit 4:2:0),\n"
+                   "told apart by content; 320x240 to 4096x4096 pixels;\n"
+                   "- is standard input")
+        ->required()
+        ->type_name("");
+    app.add_option("-o,--output", o.output,
+                   "Still (.png .jpg .jpeg .bmp) or video (.y4m); - is standard\n"
+                   "output, PNG for a still and Y4M for a video")
+        ->required()
+        ->type_name("FILE");
+}
+
+} // namespace lumofe
