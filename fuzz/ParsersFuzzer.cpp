@@ -1,5 +1,7 @@
-// The tool's readers: picture files and YUV4MPEG2 video.
+// The tool's readers: picture files, YUV4MPEG2 video and cameras' files.
 #include "Error.h"
+#include "camera/CameraFile.h"
+#include "camera/Tour.h"
 #include "media/ImageFile.h"
 #include "media/InputStream.h"
 #include "media/Y4m.h"
@@ -54,6 +56,26 @@ void readHeader(const std::uint8_t* data, std::size_t size)
     lumofe::parseY4mHeader(std::string(data, data + size), "video");
 }
 
+// What was read can be written, and is the same then; its tour leads somewhere at any time.
+void readCamera(const std::uint8_t* data, std::size_t size)
+{
+    const lumofe::CameraFile camera =
+        lumofe::parseCameraFile({reinterpret_cast<const char*>(data), size}, "camera");
+    std::string text;
+    try {
+        text = lumofe::cameraFileText(camera, "camera");
+        if (lumofe::cameraFileText(lumofe::parseCameraFile(text, "again"), "again") != text)
+            __builtin_trap();
+    } catch (const lumofe::Error&) {
+        __builtin_trap();
+    }
+    if (camera.tour.stops.empty()) return;
+    for (const double seconds : {-1.0, 0.0, 0.5, 7.0, 1e9})
+        if (lumofe::tourAt(camera, seconds).views.size() !=
+            lumofe::findPreset(camera, camera.tour.stops.front().preset)->position.views.size())
+            __builtin_trap();
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
@@ -62,7 +84,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     constexpr Reader all[] = {readVideo, readPicture, readHeader};
     if (size < 1) return 0;
     try {
-        all[data[0] % std::size(all)](data + 1, size - 1);
+        if (data[0] == '{')
+            readCamera(data, size);
+        else
+            all[data[0] % std::size(all)](data + 1, size - 1);
     } catch (const lumofe::Error&) {
         // A message for the person at the terminal is what bad input should give.
     }

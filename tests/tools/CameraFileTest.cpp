@@ -284,5 +284,23 @@ TEST(CameraFile, TakesEveryPositionThatStepsReach)
             }
 }
 
+TEST(CameraFile, TheExampleOfThePageIsRight)
+{
+    const test::Bytes bytes = test::readFile(LUMOFE_CAMERA_PAGE);
+    const std::string page(bytes.begin(), bytes.end());
+    const std::string begin = "```json\n";
+    const std::size_t at = page.find(begin) + begin.size();
+    const CameraFile camera = parseCameraFile(page.substr(at, page.find("```", at) - at), "page");
+    EXPECT_EQ(camera.presets.size(), 3u);
+    EXPECT_EQ(camera.tour.stops.size(), 2u);
+    EXPECT_NE(page.find("`" + test::errorOf([&] {
+                            CameraFile wrong = camera;
+                            wrong.presets[0].position.views[0].tilt = 95;
+                            cameraFileText(wrong, "hall.json");
+                        }) +
+                        "`"),
+              std::string::npos);
+}
+
 } // namespace
 } // namespace lumofe
