@@ -153,10 +153,15 @@ void reverseRows(std::uint8_t* bytes, int rowBytes, int rows)
                          bytes + bottom * rowBytes);
 }
 
+void exchangeRedAndBlue(std::uint8_t* bytes, std::size_t pixels)
+{
+    for (std::size_t i = 0; i < 3 * pixels; i += 3)
+        std::swap(bytes[i], bytes[i + 2]);
+}
+
 void exchangeRedAndBlue(Image& image)
 {
-    for (std::size_t i = 0; i + 2 < image.bytes.size(); i += 3)
-        std::swap(image.bytes[i], image.bytes[i + 2]);
+    exchangeRedAndBlue(image.bytes.data(), image.bytes.size() / 3);
 }
 
 } // namespace lumofe

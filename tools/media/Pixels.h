@@ -27,7 +27,8 @@ void copyUpsideDown(const std::uint8_t* src, std::uint8_t* dst, int rowBytes, in
 // Reverses the order of rows of rowBytes bytes.
 void reverseRows(std::uint8_t* bytes, int rowBytes, int rows);
 
-// Exchanges the first and third byte of each pixel.
+// Exchanges the first and third byte of each of so many 24-bit pixels.
+void exchangeRedAndBlue(std::uint8_t* bytes, std::size_t pixels);
 void exchangeRedAndBlue(Image& image);
 
 } // namespace lumofe
