@@ -158,6 +158,8 @@ void Dewarper::steer(const Aim& aim, int number)
     // Two views of the wall take an absolute pan for one of the ceiling.
     if (wall) after.view[index].nPan = rounded(aim.pan * 4);
     if (aim.offset) {
+        // An absolute pan rounds negative positions the other way.
+        if (!wall) after.view[index].nPan = rounded(4 * (pan - reservedPan(setup_.view, number)));
         after.view[index].nTilt = rounded(std::abs(aim.tilt) / kTiltStep);
         if (wall) after.view[index].nTilt = rounded(aim.tilt / kTiltStep);
         after.view[index].nAux = short(*aim.offset);

@@ -223,6 +223,25 @@ TEST(Dewarper, ViewsThatWereSteppedComeBackAsTheyWere)
         }
 }
 
+// Views 2 to 4 of the quad and view 2 of the 360 layout have negative positions there.
+TEST(Dewarper, EveryPanThatIsToldComesBack)
+{
+    for (View view : {View::single, View::quad, View::ptz360})
+        for (Mount mount : {Mount::ceiling, Mount::floor}) {
+            Dewarper dewarper(setupOf(view, mount));
+            std::vector<Aim> aims = aimsOf(view, mount);
+            for (double pan = 0; pan < 360; pan += 0.25) {
+                for (Aim& aim : aims) {
+                    aim.pan = pan;
+                    aim.offset = 20;
+                }
+                dewarper.aim(aims);
+                for (const Aim& told : dewarper.aims())
+                    ASSERT_EQ(told.pan, pan) << layoutRule(view).name << mountRule(mount).name;
+            }
+        }
+}
+
 TEST(Dewarper, FramesOfTheLibraryGiveTheSamePictures)
 {
     for (View view : {View::single, View::quad, View::ptz360, View::half180})
