@@ -3,4 +3,4 @@
 # tool, if it is not there: setup_extras.sh
 set -eu
 exec "$(dirname "$0")/install.sh" setup_extras \
-    ffmpeg
+    ffmpeg mypy pybind11-dev python3-dev python3-numpy python3-pil python3-pytest
