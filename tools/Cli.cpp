@@ -24,11 +24,12 @@ constexpr const char* kDescription = "Dewarps the pictures of fisheye surveillan
 constexpr const char* kExitStatus = R"(
   0    done
   2    a bad input or option, said in one line on standard error; no output is left
+  3    calibrate is not sure of the circle it found
   130  interrupted, as by Ctrl-C; no output is left
 )";
 
-constexpr void (*kCommands[])(CLI::App&) = {addRender, addCamera, addPreset,    addPoint,
-                                            addScene,  addSheet,  addCompletion};
+constexpr void (*kCommands[])(CLI::App&) = {addRender, addCalibrate, addCamera, addPreset,
+                                            addPoint,  addScene,     addSheet,  addCompletion};
 
 std::string version()
 {
@@ -97,6 +98,8 @@ int runTool(int argc, const char* const* argv)
         return 0;
     } catch (const CLI::Success& e) {
         return app.exit(e);
+    } catch (const CLI::RuntimeError& e) { // a status that the command documents
+        return e.get_exit_code();
     } catch (const CLI::ParseError& e) {
         return fail(std::string(e.what()) + "; see lumofe --help");
     } catch (const Error& e) {

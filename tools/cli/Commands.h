@@ -12,6 +12,7 @@
 namespace lumofe {
 
 // Each adds one command with its options and help; parsing a command line that chooses it runs it.
+void addCalibrate(CLI::App& app);
 void addRender(CLI::App& app);
 void addScene(CLI::App& app);
 void addSheet(CLI::App& app);

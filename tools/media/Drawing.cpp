@@ -81,6 +81,22 @@ void paste(Image& target, const Image& image, int x, int y)
         std::copy_n(image.pixel(left, row), 3 * (right - left), target.pixel(x + left, y + row));
 }
 
+void drawCircle(Image& target, double x, double y, double radius, double lineWidth, Rgb colour)
+{
+    const std::uint8_t ink[] = {colour.r, colour.g, colour.b};
+    for (int row = 0; row < target.size.height; ++row) {
+        for (int column = 0; column < target.size.width; ++column) {
+            const double dx = column - x, dy = row - y;
+            const double offLine = std::abs(std::sqrt(dx * dx + dy * dy) - radius);
+            const double covered = std::clamp(lineWidth / 2 + 0.5 - offLine, 0.0, 1.0);
+            if (covered <= 0) continue;
+            std::uint8_t* p = target.pixel(column, row);
+            for (int c = 0; c < 3; ++c)
+                p[c] = std::uint8_t(p[c] * (1 - covered) + ink[c] * covered + 0.5);
+        }
+    }
+}
+
 int textWidth(const std::string& text)
 {
     return stb_easy_font_width(printable(text).data());

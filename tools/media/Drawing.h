@@ -22,6 +22,10 @@ Image scaled(const Image& image, Size size);
 // Copies a picture into another, its top left corner at (x, y), clipped to the target.
 void paste(Image& target, const Image& image, int x, int y);
 
+// Draws a circle, the line half inside and half outside of the radius. The centre of pixel (column,
+// row) is the point (column, row). Clipped to the target.
+void drawCircle(Image& target, double x, double y, double radius, double lineWidth, Rgb colour);
+
 // Rows that a line of text takes, and the columns of this one; both times the scale.
 inline constexpr int kTextHeight = 12;
 int textWidth(const std::string& text);
