@@ -119,5 +119,25 @@ TEST(Drawing, LongTextsAreClipped)
     EXPECT_GT(std::ranges::count(inkRows(image), '#'), 10);
 }
 
+TEST(Drawing, CirclesAreDrawnWhereTheyLie)
+{
+    Image image = filled({7, 7}, kPaper);
+    drawCircle(image, 3, 3, 2, 1, kInk);
+    for (const auto& [x, y] : {std::pair{1, 3}, {5, 3}, {3, 1}, {3, 5}})
+        EXPECT_TRUE(is(image, x, y, kInk)) << x << " " << y;
+    for (const auto& [x, y] : {std::pair{3, 3}, {0, 0}, {3, 0}, {6, 6}})
+        EXPECT_TRUE(is(image, x, y, kPaper)) << x << " " << y;
+}
+
+TEST(Drawing, CirclesHaveSoftEdgesAndMayLeaveThePicture)
+{
+    Image image = filled({6, 6}, kPaper);
+    drawCircle(image, -2, 0, 3.25, 1, kInk);
+    // 0.25 off the line's middle: three quarters covered.
+    EXPECT_NEAR(image.pixel(1, 0)[0], 200 * 0.25 + 10 * 0.75, 1);
+    EXPECT_NEAR(image.pixel(2, 0)[0], 200 * 0.75 + 10 * 0.25, 1);
+    EXPECT_TRUE(is(image, 4, 0, kPaper));
+}
+
 } // namespace
 } // namespace lumofe

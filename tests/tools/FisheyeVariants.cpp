@@ -79,9 +79,8 @@ using Levels = std::array<double, 3>; // red, green, blue
 // Adds what is seen between pixels; nothing outside.
 void addSeen(Levels& sum, const Image& image, double x, double y, double share)
 {
-    const int column = int(std::floor(x)), row = int(std::floor(y));
-    if (column < 0 || row < 0 || column + 1 >= image.size.width || row + 1 >= image.size.height)
-        return;
+    if (x < 0 || y < 0 || x >= image.size.width - 1 || y >= image.size.height - 1) return;
+    const int column = int(x), row = int(y);
     const double u = x - column, v = y - row;
     const std::uint8_t* top = image.pixel(column, row);
     const std::uint8_t* bottom = image.pixel(column, row + 1);
@@ -131,20 +130,22 @@ void expose(FisheyeVariant& variant, const Image& from, const Recipe& recipe, co
     }
 }
 
-// The mean over a box, which has the picture's outermost pixels beyond its edges.
-Image blurred(const Image& image, int half)
+// Means along the rows or the columns; the outermost pixels go on beyond the picture's edges.
+Image blurredAlong(const Image& image, int half, int dx, int dy)
 {
     Image out(image.size);
     for (int y = 0; y < image.size.height; ++y) {
         for (int x = 0; x < image.size.width; ++x) {
             int sum[3] = {};
-            for (int dy = -half; dy <= half; ++dy)
-                for (int dx = -half; dx <= half; ++dx)
-                    for (int c = 0; c < 3; ++c)
-                        sum[c] += image.pixel(std::clamp(x + dx, 0, image.size.width - 1),
-                                              std::clamp(y + dy, 0, image.size.height - 1))[c];
+            for (int i = -half; i <= half; ++i) {
+                const std::uint8_t* p =
+                    image.pixel(std::clamp(x + i * dx, 0, image.size.width - 1),
+                                std::clamp(y + i * dy, 0, image.size.height - 1));
+                for (int c = 0; c < 3; ++c)
+                    sum[c] += p[c];
+            }
             for (int c = 0; c < 3; ++c)
-                out.pixel(x, y)[c] = std::uint8_t(sum[c] / ((2 * half + 1) * (2 * half + 1)));
+                out.pixel(x, y)[c] = std::uint8_t(sum[c] / (2 * half + 1));
         }
     }
     return out;
@@ -180,14 +181,14 @@ void addLettering(Image& image, Dice& dice)
               image.size.width - 44, edge);
 }
 
+} // namespace
+
 void addNoise(Image& image, Dice& dice, int deviation)
 {
     if (deviation == 0) return;
     for (std::uint8_t& level : image.bytes)
         level = std::uint8_t(std::clamp(level + deviation * dice.bell() + 0.5, 0.0, 255.0));
 }
-
-} // namespace
 
 FisheyeVariant fisheyeVariant(std::uint32_t seed, double leastRim)
 {
@@ -199,7 +200,8 @@ FisheyeVariant fisheyeVariant(std::uint32_t seed, double leastRim)
     const Mount mount = Mount(dice.between(0, 2));
     expose(variant, source(mount), recipe, someShade(dice));
     Image& picture = variant.picture;
-    if (recipe.blur > 0) picture = blurred(picture, recipe.blur);
+    if (recipe.blur > 0)
+        picture = blurredAlong(blurredAlong(picture, recipe.blur, 1, 0), recipe.blur, 0, 1);
     for (int corners = dice.between(0, 2); corners > 0; --corners)
         addGlow(picture, dice);
     addNoise(picture, dice, recipe.noise);

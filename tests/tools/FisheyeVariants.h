@@ -35,6 +35,9 @@ private:
     std::minstd_rand engine_;
 };
 
+// Adds noise of that standard deviation, levels.
+void addNoise(Image& image, Dice& dice, int deviation);
+
 struct FisheyeVariant {
     Image picture;
     double x, y,

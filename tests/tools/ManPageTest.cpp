@@ -59,6 +59,7 @@ TEST(ManPage, NamesEveryOptionOfTheHelpOnceInItsSection)
                      {{"preset", "save", "--help"}, "PRESET SAVE", 7},
                      {{"preset", "apply", "--help"}, "PRESET APPLY", 2},
                      {{"point", "--help"}, "POINT", 5},
+                     {{"calibrate", "--help"}, "CALIBRATE", 3},
                      {{"scene", "--help"}, "SCENE", 3},
                      {{"sheet", "--help"}, "SHEET", 4}};
     const std::string page = toolManPage();

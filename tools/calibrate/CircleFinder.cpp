@@ -28,14 +28,6 @@ double ramp(double value, double none, double full)
     return std::clamp((value - none) / (full - none), 0.0, 1.0);
 }
 
-std::vector<Point> places(const RimRays& rays)
-{
-    std::vector<Point> points;
-    for (const RimStep& step : rays.rim)
-        points.push_back(step.at);
-    return points;
-}
-
 std::optional<FineCircle> roughlyFound(const LumaPlane& plane, int factor)
 {
     const LumaPlane small = smoothed(reduced(plane, factor));
@@ -67,12 +59,11 @@ std::optional<FoundCircle> judged(const LumaPlane& plane, const FineCircle& circ
     const double band = std::max(kCheckBand * circle.radius, kLeastCheckBand);
     const double tolerance = std::max(kOnRim * circle.radius, kLeastOnRim);
     const RimRays rays = rimRays(plane, circle, band);
-    const auto fit = fitCircle(places(rays), circle, 2 * tolerance);
+    const auto fit = fitCircle(rays.rim, circle, 2 * tolerance);
     if (!fit) return std::nullopt;
 
-    const auto onRim = std::ranges::count_if(rays.rim, [&](const RimStep& step) {
-        return std::abs(distance(fit->circle, step.at)) <= tolerance;
-    });
+    const auto onRim = std::ranges::count_if(
+        rays.rim, [&](Point p) { return std::abs(distance(fit->circle, p)) <= tolerance; });
     FoundCircle found;
     found.circle = fit->circle;
     found.rimVisible = double(rays.visible) / kRays;
@@ -104,16 +95,12 @@ std::optional<FoundCircle> findCircle(const LumaPlane& plane)
 
     double band = kRoughError * factor + 2 * kOnRim * circle->radius;
     for (int i = 0; i < kRefinements; ++i, band = std::max(band / 2, 4.0)) {
-        const auto fit = fitCircle(places(rimRays(plane, *circle, band)), *circle, band);
+        const auto fit = fitCircle(rimRays(plane, *circle, band).rim, *circle, band);
         if (!fit) return std::nullopt;
         circle = fit->circle;
     }
     const auto found = judged(plane, *circle);
-    // Elsewhere it could not be used.
-    const bool inPicture = found && found->circle.x >= 0 && found->circle.y >= 0 &&
-                           found->circle.x <= plane.size.width - 1 &&
-                           found->circle.y <= plane.size.height - 1;
-    return inPicture ? found : std::nullopt;
+    return found && plausible(found->circle, plane.size) ? found : std::nullopt;
 }
 
 } // namespace lumofe

@@ -12,7 +12,8 @@ namespace {
 
 constexpr double kLevel = 256;        // of a plane
 constexpr double kLeastStep = 2;      // levels
-constexpr double kClear = 0.35;       // of the middle one of the rays' largest steps
+constexpr double kClear = 0.15;       // of the middle one of the rays' largest steps
+constexpr double kAboveNoise = 6;     // times the middle one of the steps furthest out
 constexpr double kAcross = 1.0 / 300; // of the radius: half the width of a ray
 constexpr double kWindow = 1.0 / 150; // of the radius, more: what a step is compared over
 constexpr int kLeastWindow = 2;       // pixels
@@ -66,6 +67,12 @@ struct Profile {
     double mean(int from, int to) const
     {
         return (sums[std::size_t(to)] - sums[std::size_t(from)]) / (to - from);
+    }
+    // The same where some or all of the samples may not be there; then the nearest one counts.
+    double meanWithin(int from, int to) const
+    {
+        const int first = std::clamp(from, 0, count() - 1);
+        return mean(first, std::clamp(to, first + 1, count()));
     }
 };
 
@@ -123,10 +130,10 @@ RimRays rimRays(const LumaPlane& plane, const FineCircle& circle, double band)
     const int window = kLeastWindow + int(kWindow * circle.radius);
     std::vector<Profile> profiles;
     std::vector<std::vector<double>> steps;
-    std::vector<double> largest;
+    std::vector<double> largest, outermost;
     RimRays rays;
     for (const Point& direction : directions()) {
-        profiles.push_back(profileAlong(plane, circle, direction, band + window));
+        profiles.push_back(profileAlong(plane, circle, direction, band + 2 * window));
         steps.push_back(stepsOf(profiles.back(), window));
         const double reach = profiles.back().start + profiles.back().count();
         if (reach < circle.radius + kInPicture + window || steps.back().empty()) {
@@ -135,9 +142,11 @@ RimRays rimRays(const LumaPlane& plane, const FineCircle& circle, double band)
         }
         ++rays.visible;
         largest.push_back(*std::ranges::max_element(steps.back()));
+        outermost.push_back(std::abs(steps.back().back()));
     }
 
-    const double clear = std::max(kLeastStep, kClear * middle(largest));
+    const double clear =
+        std::max({kLeastStep, kClear * middle(largest), kAboveNoise * middle(outermost)});
     std::vector<double> found, surround;
     for (std::size_t i = 0; i < kRays; ++i) {
         const double peak = outermostPeak(steps[i], clear);
@@ -146,11 +155,11 @@ RimRays rimRays(const LumaPlane& plane, const FineCircle& circle, double band)
         // The step at sample i lies between the samples i - 1 and i.
         const double d = profile.start + window + peak - 0.5;
         const Point& direction = directions()[i];
-        const int nearest = int(std::lround(peak));
-        rays.rim.push_back({{circle.x + d * direction.x, circle.y + d * direction.y},
-                            steps[i][std::size_t(nearest)]});
-        found.push_back(rays.rim.back().step);
-        surround.push_back(profile.mean(nearest + window, nearest + 2 * window));
+        rays.rim.push_back({circle.x + d * direction.x, circle.y + d * direction.y});
+        // Soft edges reach into the windows next to the step.
+        const int split = window + int(std::lround(peak));
+        surround.push_back(profile.meanWithin(split + window, split + 2 * window));
+        found.push_back(profile.meanWithin(split - 2 * window, split - window) - surround.back());
     }
     rays.step = middle(found);
     rays.surround = middle(surround);

@@ -9,17 +9,12 @@ namespace lumofe {
 
 inline constexpr int kRays = 1024; // to a full turn
 
-// A step from dark to bright, inwards along a ray.
-struct RimStep {
-    Point at;
-    double step = 0; // levels
-};
-
 struct RimRays {
-    int visible = 0;          // rays that cross the circle inside the picture
-    std::vector<RimStep> rim; // the outermost clear step of each, where there is one
-    double step = 0;          // levels, of the middle one; 0 without any
-    double surround = 0;      // levels, outside of the middle step
+    int visible = 0;        // rays that cross the circle inside the picture
+    std::vector<Point> rim; // where each clearly turns from dark to bright inwards, the outermost
+                            // such place; nothing for rays without one
+    double step = 0;        // by how much it turns brighter there, median, levels; 0 without any
+    double surround = 0;    // how bright it is outside of it, median, levels
 };
 
 // Looks for the rim within `band` pixels of the circle, to either side.

@@ -21,16 +21,18 @@ constexpr double kPatience = 15;
 constexpr double kOnCircle = 1.2; // pixels
 constexpr double kAligned = 0.8;  // cosine
 constexpr double kCatch = 4;      // pixels; what the fit to all points takes in at first
-constexpr int kLeastPoints = 16;
+constexpr std::size_t kLeastPoints = 16;
+constexpr double kLeastArc = 0.75; // of the radius, about a point a pixel
 
 bool contains(Size size, double x, double y)
 {
     return x >= 0 && y >= 0 && x <= size.width - 1 && y <= size.height - 1;
 }
 
+// The point is in the picture.
 double nearest(const LumaPlane& plane, double x, double y)
 {
-    return plane.at(int(std::lround(x)), int(std::lround(y)));
+    return plane.at(int(x + 0.5), int(y + 0.5));
 }
 
 // Half the difference of the neighbours to either side.
@@ -90,22 +92,6 @@ bool fits(const RimPoint& point, const FineCircle& circle)
     return towards > 0 && towards * towards >= kAligned * kAligned * dd;
 }
 
-struct Limits {
-    Size size;
-    double leastRadius, mostRadius;
-
-    explicit Limits(Size s)
-        : size(s), leastRadius(std::min(s.width, s.height) / 6.0),
-          mostRadius(0.6 * length({double(s.width), double(s.height)}))
-    {
-    }
-    bool allow(const FineCircle& circle) const
-    {
-        return circle.radius >= leastRadius && circle.radius <= mostRadius &&
-               contains(size, circle.x, circle.y);
-    }
-};
-
 } // namespace
 
 std::vector<RimPoint> rimPoints(const LumaPlane& plane)
@@ -129,10 +115,16 @@ std::vector<RimPoint> rimPoints(const LumaPlane& plane)
     return points;
 }
 
+bool plausible(const FineCircle& circle, Size size)
+{
+    const double width = size.width, height = size.height;
+    return circle.radius >= std::min(width, height) / 6 &&
+           circle.radius <= 0.6 * length({width, height}) && contains(size, circle.x, circle.y);
+}
+
 std::optional<FineCircle> roughCircle(const std::vector<RimPoint>& points, Size size)
 {
     if (points.size() < kLeastPoints) return std::nullopt;
-    const Limits limits(size);
     std::minstd_rand engine;
     const auto draw = [&]() -> const RimPoint& { return points[engine() / 8 % points.size()]; };
 
@@ -142,7 +134,7 @@ std::optional<FineCircle> roughCircle(const std::vector<RimPoint>& points, Size 
     for (int i = 0; i < draws; ++i) {
         const RimPoint &a = draw(), &b = draw(), &c = draw();
         const auto circle = circleThrough(a.at, b.at, c.at);
-        if (!circle || !limits.allow(*circle)) continue;
+        if (!circle || !plausible(*circle, size)) continue;
         if (!fits(a, *circle) || !fits(b, *circle) || !fits(c, *circle)) continue;
         const std::ptrdiff_t count =
             std::ranges::count_if(points, [&](const RimPoint& p) { return fits(p, *circle); });
@@ -152,13 +144,13 @@ std::optional<FineCircle> roughCircle(const std::vector<RimPoint>& points, Size 
         const double odds = double(points.size()) / double(most);
         draws = std::min(draws, kPatience * odds * odds * odds);
     }
-    if (most < kLeastPoints) return std::nullopt;
+    if (double(most) < std::max(double(kLeastPoints), kLeastArc * best.radius)) return std::nullopt;
 
     std::vector<Point> places;
     for (const RimPoint& p : points)
         places.push_back(p.at);
     const auto fit = fitCircle(places, best, kCatch);
-    return fit && limits.allow(fit->circle) ? fit->circle : best;
+    return fit && plausible(fit->circle, size) ? fit->circle : best;
 }
 
 } // namespace lumofe

@@ -17,9 +17,12 @@ struct RimPoint {
 // way to the picture's border.
 std::vector<RimPoint> rimPoints(const LumaPlane& plane);
 
-// The circle that most of the points lie on, with their inward sides inside. Its centre is in the
-// picture; its diameter at least a third of the shorter side and at most 1.2 times the diagonal.
-// The same points give the same circle always. Nothing when hardly any lie on a circle.
+// Whether a camera can deliver that: the centre is in the picture, and the diameter at least a
+// third of the shorter side and at most 1.2 times the diagonal.
+bool plausible(const FineCircle& circle, Size size);
+
+// The plausible circle that most of the points lie on, with their inward sides inside. The same
+// points give the same circle always. Nothing when hardly any lie on a circle.
 std::optional<FineCircle> roughCircle(const std::vector<RimPoint>& points, Size size);
 
 } // namespace lumofe

@@ -18,7 +18,8 @@ struct Shell {
 constexpr Shell kShells[] = {
     {"bash", bashCompletion}, {"zsh", zshCompletion}, {"fish", fishCompletion}};
 
-constexpr std::array<std::string_view, 5> kFiles = {"FILE", "INPUT", "OUT", "IMAGE", "CAMERA"};
+constexpr std::array<std::string_view, 6> kFiles = {"FILE",  "INPUT",  "OUT",
+                                                    "IMAGE", "CAMERA", "PICTURE"};
 
 } // namespace
 
