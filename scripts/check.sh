@@ -47,7 +47,7 @@ scripts/fuzz.sh guard-32 0
 scripts/fuzz.sh fuzz-64 60 parsers &
 readers=$!
 echo "== documentation"
-cmake --build --preset release-32 --target draw_directions -- --quiet
+cmake --build --preset release-32 --target draw_directions draw_cut_circle -- --quiet
 scripts/docs.sh
 echo "== abi"
 scripts/abi.sh check

@@ -4,7 +4,7 @@ set -eu
 cd "$(dirname "$0")/.."
 
 cmake --preset release-32 >/dev/null
-cmake --build --preset release-32 --target LumoFESDK lumofe draw_directions -- --quiet
+cmake --build --preset release-32 --target LumoFESDK lumofe draw_directions draw_cut_circle -- --quiet
 lumofe=build/release-32/bin/lumofe
 scene=$(mktemp --suffix .png)
 trap 'rm -f "$scene"' EXIT
@@ -19,3 +19,5 @@ $lumofe render "$scene" -o docs/pictures/180.jpg --size 640x360 --view 180
 for mount in ceiling wall floor; do
     build/release-32/bin/draw_directions $mount docs/pictures/directions-$mount.jpg
 done
+build/release-32/bin/draw_cut_circle docs/pictures/calibrate-input.jpg
+$lumofe calibrate docs/pictures/calibrate-input.jpg -o docs/pictures/calibrate-overlay.jpg >/dev/null
