@@ -3,9 +3,10 @@
 
 #include "Error.h"
 #include "OutputFile.h"
-#include "OutputKind.h"
+#include "StillFile.h"
 #include "calibrate/CircleFinder.h"
 #include "media/Drawing.h"
+#include "media/ImageFile.h"
 #include "media/InputStream.h"
 #include "media/Pixels.h"
 #include "media/Y4m.h"
@@ -106,19 +107,14 @@ void writeOverlay(const std::string& path, Image picture, const Found& found)
         paste(picture, filled({2 * arm + line, line}, colour), x - arm - line / 2, y - line / 2);
         paste(picture, filled({line, 2 * arm + line}, colour), x - line / 2, y - arm - line / 2);
     }
-    const std::vector<std::uint8_t> file = encodeImage(picture, imageKind(outputKind(path)));
-    OutputFile output(path, STDOUT_FILENO);
-    output.write(file.data(), file.size());
-    output.commit();
+    writeStill(path, picture);
 }
 
 void checkOverlay(const std::string& path)
 {
-    const OutputKind kind = outputKind(path);
-    if (kind == OutputKind::sameAsInput)
+    if (path == "-")
         throw Error("-o: standard output takes the result; name a file for the overlay");
-    if (kind == OutputKind::video)
-        throw Error(path + ": an overlay is a still; end the name in .png, .jpg or .bmp");
+    checkStillName(path, "an overlay");
 }
 
 } // namespace

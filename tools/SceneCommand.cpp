@@ -2,29 +2,20 @@
 #include "SceneCommand.h"
 
 #include "Error.h"
-#include "OutputFile.h"
-#include "OutputKind.h"
+#include "StillFile.h"
 #include "scene/FisheyeLens.h"
 #include "scene/Room.h"
-
-#include <unistd.h>
 
 namespace lumofe {
 
 void runScene(const SceneOptions& options)
 {
-    const OutputKind kind = outputKind(options.output);
-    if (kind == OutputKind::video)
-        throw Error(options.output + ": the scene is a still; end the name in .png, .jpg or .bmp");
+    checkStillName(options.output, "the scene");
     if (options.size < 320 || options.size > kLargestInput.width)
         throw Error("--size: " + std::to_string(options.size) +
                     " is out of range; choose 320 to 4096 pixels");
 
-    const Image picture = renderFisheye(Room(), cameraFor(options.mount), options.size);
-    const std::vector<std::uint8_t> file = encodeImage(picture, imageKind(kind));
-    OutputFile output(options.output, STDOUT_FILENO);
-    output.write(file.data(), file.size());
-    output.commit();
+    writeStill(options.output, renderFisheye(Room(), cameraFor(options.mount), options.size));
 }
 
 } // namespace lumofe

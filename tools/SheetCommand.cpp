@@ -2,14 +2,13 @@
 #include "SheetCommand.h"
 
 #include "Error.h"
-#include "OutputFile.h"
-#include "OutputKind.h"
+#include "StillFile.h"
 #include "media/Drawing.h"
+#include "media/ImageFile.h"
 #include "media/InputStream.h"
 
 #include <algorithm>
 #include <filesystem>
-#include <unistd.h>
 
 namespace lumofe {
 namespace {
@@ -78,9 +77,7 @@ Image sheetRow(const SheetOptions& options, std::size_t first, std::size_t last,
 
 void runSheet(const SheetOptions& options)
 {
-    const OutputKind kind = outputKind(options.output);
-    if (kind == OutputKind::video)
-        throw Error(options.output + ": a sheet is a still; end the name in .png, .jpg or .bmp");
+    checkStillName(options.output, "a sheet");
     checkOptions(options);
 
     const std::size_t count = options.images.size();
@@ -95,10 +92,7 @@ void runSheet(const SheetOptions& options)
             throw Error("sheet: comes out larger than 16384 pixels; choose a smaller --width");
     }
 
-    const std::vector<std::uint8_t> file = encodeImage(sheet, imageKind(kind));
-    OutputFile output(options.output, STDOUT_FILENO);
-    output.write(file.data(), file.size());
-    output.commit();
+    writeStill(options.output, sheet);
 }
 
 } // namespace lumofe

@@ -2,9 +2,8 @@
 // the outline of what the single view shows of it: draw_directions MOUNT OUT
 #include "Error.h"
 #include "LibraryOutput.h"
-#include "OutputFile.h"
-#include "OutputKind.h"
 #include "Parse.h"
+#include "StillFile.h"
 #include "media/Drawing.h"
 #include "scene/FisheyeLens.h"
 #include "scene/Room.h"
@@ -17,7 +16,6 @@
 #include <exception>
 #include <numbers>
 #include <string>
-#include <unistd.h>
 #include <vector>
 
 namespace lumofe {
@@ -299,11 +297,7 @@ void run(const std::string& mount, const std::string& path)
         const LibraryOutput quiet(LibraryOutput::Target::discard);
         drawing = drawDirections(parseMount(mount));
     }
-    const std::vector<std::uint8_t> file =
-        encodeImage(drawing, imageKind(outputKind(path)), kQuality);
-    OutputFile output(path, STDOUT_FILENO);
-    output.write(file.data(), file.size());
-    output.commit();
+    writeStill(path, drawing, kQuality);
 }
 
 } // namespace
