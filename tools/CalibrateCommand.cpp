@@ -12,9 +12,11 @@
 #include "media/Y4m.h"
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 #include <cmath>
-#include <cstdarg>
 #include <cstdio>
+#include <initializer_list>
 #include <unistd.h>
 
 namespace lumofe {
@@ -42,39 +44,60 @@ std::string text(Size size)
     return std::to_string(size.width) + "x" + std::to_string(size.height);
 }
 
-// As std::printf writes it.
-[[gnu::format(printf, 1, 2)]] std::string formatted(const char* format, ...)
+// In the notation of JSON, whatever the locale.
+std::string number(double value, int decimals)
 {
-    char line[256];
-    va_list arguments;
-    va_start(arguments, format);
-    std::vsnprintf(line, sizeof line, format, arguments);
-    va_end(arguments);
-    return line;
+    std::array<char, 64> digits{};
+    const auto end =
+        std::to_chars(digits.begin(), digits.end(), value, std::chars_format::fixed, decimals);
+    return {digits.begin(), end.ptr};
+}
+
+using Members = std::initializer_list<std::pair<const char*, std::string>>;
+
+std::string object(Members members, const char* open, const char* separator, const char* close)
+{
+    std::string text = open;
+    for (const auto& [name, value] : members) {
+        if (name != members.begin()->first) text.append(separator);
+        text.append("\"").append(name).append("\": ").append(value);
+    }
+    return text.append(close);
+}
+
+std::string inLine(Members members)
+{
+    return object(members, "{", ", ", "}");
 }
 
 std::string json(const Found& found, const LumaStack& pictures)
 {
     const FoundCircle f = found.value_or(FoundCircle{});
-    const FineCircle& c = f.circle;
-    std::string result = "{\n  \"circle\": ";
-    result += found ? formatted("{\"x\": %.2f, \"y\": %.2f, \"radius\": %.2f}", c.x, c.y, c.radius)
-                    : "null";
-    result += formatted(",\n  \"confidence\": %.2f,\n  \"confident\": %s,\n", f.confidence,
-                        f.confident() ? "true" : "false");
-    result += formatted("  \"input\": {\"width\": %d, \"height\": %d},\n  \"pictures\": %d,\n",
-                        pictures.size().width, pictures.size().height, pictures.count());
-    result += formatted("  \"rim\": {\"visible\": %.2f, \"found\": %.2f, \"residual\": %.2f, "
-                        "\"contrast\": %.1f},\n  \"surroundDark\": %.2f\n}\n",
-                        f.rimVisible, f.rimFound, f.residual, f.contrast, f.surroundDark);
-    return result;
+    const Size size = pictures.size();
+    const std::string circle = inLine({{"x", number(f.circle.x, 2)},
+                                       {"y", number(f.circle.y, 2)},
+                                       {"radius", number(f.circle.radius, 2)}});
+    const std::string input =
+        inLine({{"width", std::to_string(size.width)}, {"height", std::to_string(size.height)}});
+    const std::string rim = inLine({{"visible", number(f.rimVisible, 2)},
+                                    {"found", number(f.rimFound, 2)},
+                                    {"residual", number(f.residual, 2)},
+                                    {"contrast", number(f.contrast, 1)}});
+    return object({{"circle", found ? circle : "null"},
+                   {"confidence", number(f.confidence, 2)},
+                   {"confident", f.confident() ? "true" : "false"},
+                   {"input", input},
+                   {"pictures", std::to_string(pictures.count())},
+                   {"rim", rim},
+                   {"surroundDark", number(f.surroundDark, 2)}},
+                  "{\n  ", ",\n  ", "\n}\n");
 }
 
 // As --circle takes it; it rounds just so.
 std::string plainText(const FineCircle& circle)
 {
-    return formatted("%ld,%ld,%ld\n", std::lround(circle.x), std::lround(circle.y),
-                     std::lround(circle.radius));
+    return std::to_string(std::lround(circle.x)) + "," + std::to_string(std::lround(circle.y)) +
+           "," + std::to_string(std::lround(circle.radius)) + "\n";
 }
 
 std::string reason(const Found& found)

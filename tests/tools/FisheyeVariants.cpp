@@ -107,22 +107,24 @@ Shade someShade(Dice& dice)
 
 void expose(FisheyeVariant& variant, const Image& from, const Recipe& recipe, const Shade& shade)
 {
-    constexpr double kOffsets[] = {-0.25, 0.25};
     constexpr double kCentre = kSourceCircle / 2;
+    const auto addLight = [&](Levels& sum, double x, double y, double share) {
+        const double u = (x - variant.x) / variant.radius, v = (y - variant.y) / variant.radius;
+        const double q = u * u + v * v;
+        const double light =
+            (shade.covers(u, v) ? 0.05 : 1) * recipe.gain * (1 - recipe.vignetting * q * q);
+        addSeen(sum, from, kCentre * (1 + u), kCentre * (1 + v), share * light);
+    };
     for (int y = 0; y < variant.picture.size.height; ++y) {
         for (int x = 0; x < variant.picture.size.width; ++x) {
+            const double toRim = std::hypot(x - variant.x, y - variant.y) - variant.radius;
             Levels sum{};
-            for (const double dy : kOffsets) {
-                for (const double dx : kOffsets) {
-                    const double u = (x + dx - variant.x) / variant.radius;
-                    const double v = (y + dy - variant.y) / variant.radius;
-                    const double q = u * u + v * v;
-                    if (q > 1.1) continue;
-                    const double light = (shade.covers(u, v) ? 0.05 : 1) * recipe.gain *
-                                         (1 - recipe.vignetting * q * q);
-                    addSeen(sum, from, kCentre * (1 + u), kCentre * (1 + v), light / 4);
-                }
-            }
+            if (toRim < -3)
+                addLight(sum, x, y, 1);
+            else if (toRim < 3) // the rim is drawn in quarters of a pixel
+                for (const double dy : {-0.25, 0.25})
+                    for (const double dx : {-0.25, 0.25})
+                        addLight(sum, x + dx, y + dy, 0.25);
             for (std::size_t c = 0; c < 3; ++c)
                 variant.picture.pixel(x, y)[c] =
                     std::uint8_t(std::clamp(sum[c] + recipe.black, 0.0, 255.0));

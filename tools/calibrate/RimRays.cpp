@@ -81,7 +81,9 @@ Profile profileAlong(const LumaPlane& plane, const FineCircle& circle, Point dir
     Profile profile;
     profile.start = std::max(1.0, circle.radius - band);
     const double across = std::max(1.0, kAcross * circle.radius);
-    for (double d = profile.start; d <= circle.radius + band; d += 1) {
+    const int count = 1 + int(circle.radius + band - profile.start);
+    for (int i = 0; i < count; ++i) {
+        const double d = profile.start + i;
         const Point p{circle.x + d * direction.x, circle.y + d * direction.y};
         const Point left{p.x - across * direction.y, p.y + across * direction.x};
         const Point right{p.x + across * direction.y, p.y - across * direction.x};

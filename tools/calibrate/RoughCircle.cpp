@@ -32,7 +32,7 @@ bool contains(Size size, double x, double y)
 // The point is in the picture.
 double nearest(const LumaPlane& plane, double x, double y)
 {
-    return plane.at(int(x + 0.5), int(y + 0.5));
+    return plane.at(int(std::lround(x)), int(std::lround(y)));
 }
 
 // Half the difference of the neighbours to either side.
@@ -147,6 +147,7 @@ std::optional<FineCircle> roughCircle(const std::vector<RimPoint>& points, Size 
     if (double(most) < std::max(double(kLeastPoints), kLeastArc * best.radius)) return std::nullopt;
 
     std::vector<Point> places;
+    places.reserve(points.size());
     for (const RimPoint& p : points)
         places.push_back(p.at);
     const auto fit = fitCircle(places, best, kCatch);

@@ -92,7 +92,7 @@ void drawCircle(Image& target, double x, double y, double radius, double lineWid
             if (covered <= 0) continue;
             std::uint8_t* p = target.pixel(column, row);
             for (int c = 0; c < 3; ++c)
-                p[c] = std::uint8_t(p[c] * (1 - covered) + ink[c] * covered + 0.5);
+                p[c] = std::uint8_t(std::lround(p[c] * (1 - covered) + ink[c] * covered));
         }
     }
 }
