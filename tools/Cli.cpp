@@ -16,10 +16,11 @@ namespace lumofe {
 namespace {
 
 constexpr int kBadInput = 2;
+constexpr int kInterrupted = 130;
 constexpr const char* kName = "lumofe";
 constexpr const char* kDescription = "Dewarps the pictures of fisheye surveillance cameras.";
 
-constexpr void (*kCommands[])(CLI::App&) = {addRender, addScene, addSheet};
+constexpr void (*kCommands[])(CLI::App&) = {addRender, addBench, addScene, addSheet};
 
 std::string version()
 {
@@ -59,10 +60,10 @@ CommandHelp helpOf(const CLI::App& app)
     return help;
 }
 
-int fail(const std::string& message)
+int fail(const std::string& message, int status = kBadInput)
 {
     std::fprintf(stderr, "lumofe: %s\n", message.c_str());
-    return kBadInput;
+    return status;
 }
 
 } // namespace
@@ -80,6 +81,8 @@ int runTool(int argc, const char* const* argv)
         return fail(std::string(e.what()) + "; see lumofe --help");
     } catch (const Error& e) {
         return fail(e.what());
+    } catch (const Interrupted& e) {
+        return fail(e.what(), kInterrupted);
     } catch (const std::bad_alloc&) {
         return fail("not enough memory; scale the input or choose a smaller --size");
     }

@@ -24,6 +24,7 @@ constexpr Choice<View> kViews[] = {
     {"single", View::single}, {"quad", View::quad}, {"360", View::ptz360}, {"180", View::half180}};
 constexpr Choice<Mount> kMounts[] = {
     {"ceiling", Mount::ceiling}, {"wall", Mount::wall}, {"floor", Mount::floor}};
+constexpr Choice<bool> kHows[] = {{"together", false}, {"separate", true}};
 constexpr Choice<PixelFormat> kFormats[] = {
     {"nv12", PixelFormat::nv12}, {"yv12", PixelFormat::yv12}, {"rgb", PixelFormat::rgb}};
 
@@ -94,6 +95,11 @@ Aim parsePtz(const std::string& text)
 View parseView(const std::string& text)
 {
     return choose("--view", text, kViews);
+}
+
+bool parseViews(const std::string& text)
+{
+    return choose("--views", text, kHows);
 }
 
 Mount parseMount(const std::string& text)

@@ -19,6 +19,9 @@ Size parseSize(const std::string& text);
 // "pan,tilt,zoom" in degrees and percent, decimals allowed; any range.
 Aim parsePtz(const std::string& text);
 
+// "separate" is true, "together" false.
+bool parseViews(const std::string& text);
+
 View parseView(const std::string& text);
 Mount parseMount(const std::string& text);
 PixelFormat parsePixelFormat(const std::string& text);

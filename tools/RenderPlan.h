@@ -3,6 +3,7 @@
 #define LUMOFE_TOOLS_RENDER_PLAN_H
 
 #include "Dewarper.h"
+#include "video/Ffmpeg.h"
 
 #include <optional>
 #include <string>
@@ -32,6 +33,11 @@ struct RenderOptions {
     std::optional<int> frames;      // of that video
     int timeFrames = 0;             // further frames to measure
     bool verbose = false;           // show the library's lines on standard error
+
+    bool separate = false; // a file for each perspective view: see viewsOf()
+    bool force = false;    // replace existing files
+    bool stats = false;    // print where a video's time went
+    FfmpegOptions ffmpeg;
 };
 
 // Throws Error, naming the option, for options that contradict one another or are out of range.

@@ -13,8 +13,9 @@ namespace lumofe {
 
 void runScene(const SceneOptions& options)
 {
+    checkAbsent(options.output, options.force);
     const OutputKind kind = outputKind(options.output);
-    if (kind == OutputKind::video)
+    if (isVideo(kind))
         throw Error(options.output + ": the scene is a still; end the name in .png, .jpg or .bmp");
     if (options.size < 320 || options.size > kLargestInput.width)
         throw Error("--size: " + std::to_string(options.size) +

@@ -78,8 +78,9 @@ Image sheetRow(const SheetOptions& options, std::size_t first, std::size_t last,
 
 void runSheet(const SheetOptions& options)
 {
+    checkAbsent(options.output, options.force);
     const OutputKind kind = outputKind(options.output);
-    if (kind == OutputKind::video)
+    if (isVideo(kind))
         throw Error(options.output + ": a sheet is a still; end the name in .png, .jpg or .bmp");
     checkOptions(options);
 

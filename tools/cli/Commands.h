@@ -2,13 +2,17 @@
 #ifndef LUMOFE_TOOLS_CLI_COMMANDS_H
 #define LUMOFE_TOOLS_CLI_COMMANDS_H
 
+#include "video/Ffmpeg.h"
+
 #include <CLI/App.hpp>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace lumofe {
 
 // Each adds one command with its options and help; parsing a command line that chooses it runs it.
+void addBench(CLI::App& app);
 void addRender(CLI::App& app);
 void addScene(CLI::App& app);
 void addSheet(CLI::App& app);
@@ -23,6 +27,15 @@ CLI::Option* addParsed(CLI::App& app, const char* name, Target& target, Parse pa
             name, [&target, parse](const std::string& text) { target = parse(text); }, help)
         ->type_name(values);
 }
+
+// --force, for commands that write a file.
+void addForce(CLI::App& app, bool& force);
+
+// --ffmpeg and --decode.
+void addFfmpeg(CLI::App& app, FfmpegOptions& ffmpeg);
+
+// Words as a shell takes them apart, with quotes.
+std::vector<std::string> words(const std::string& text);
 
 // An option that is left empty when it is not given.
 template <class Number>

@@ -32,6 +32,15 @@ Directions, in degrees:
 Without --ptz the views of quad and 360 share a full turn, tilted by 80; on the wall they look left,
 right, ahead and down.
 
+With --views separate, view n looks where view n of the layout does, steered by --ptz n with the
+layout's directions and zoom, but is drawn as a single view: --size and the default size are those
+of each view.
+
+Videos by way of ffmpeg keep their rate, pixel shape and colours. The sound of a file or http://
+address is copied to a file; of cameras there is none. "-c:a aac" or "-an" in --encode changes that.
+Ctrl-C ends a video early; what is written until then is complete, the exit status 130. A second
+one stops at once and leaves no file.
+
 Examples:
   lumofe render hall.jpg -o view.png --circle 800,640,610 --pan 90 --tilt 60
   lumofe render desk.png -o up.jpg --mount floor --tilt -50 --zoom 30 --size 1024x768
@@ -39,6 +48,9 @@ Examples:
   lumofe render hall.jpg -o strip.png --view 360 --ptz 90,60,0 --ptz 270,60,0
   lumofe render hall.jpg -o halves.png --view 180 --pano-offset 45
   lumofe render hall.jpg -o turn.y4m --pan-sweep 360 --frames 200
+  lumofe render cam.mp4 -o view.mp4 --view quad --encode "-c:v libx264 -crf 18"
+  lumofe render rtsp://camera/1 -o views.mkv --view quad --views separate
+  lumofe render stills -o views --pan 90
   ffmpeg -i cam.mp4 -pix_fmt yuv420p -f yuv4mpegpipe - |
       lumofe render - -o - --view quad | ffmpeg -i - view.mp4)";
 
@@ -48,23 +60,32 @@ void addRender(CLI::App& app)
 {
     const auto options = std::make_shared<RenderOptions>();
     RenderOptions& o = *options;
-    CLI::App& render = *app.add_subcommand("render", "Dewarp a still or a Y4M video");
+    CLI::App& render = *app.add_subcommand("render", "Dewarp stills and videos");
     render.footer(kRenderFooter);
     render
         .add_option("INPUT", o.input,
-                    "PNG, JPEG or BMP still, or YUV4MPEG2 video (8-bit 4:2:0),\n"
-                    "told apart by content; 320x240 to 4096x4096 pixels;\n"
-                    "- is standard input")
+                    "PNG, JPEG or BMP still, YUV4MPEG2 video (8-bit 4:2:0), or any\n"
+                    "video, address (rtsp://, http://) or webcam (/dev/video0) that\n"
+                    "ffmpeg opens, told apart by content; 320x240 to 4096x4096\n"
+                    "pixels; - is standard input, still or YUV4MPEG2; of a folder,\n"
+                    "every still, in the order of names")
         ->required()
         ->type_name("");
     render
         .add_option("-o,--output", o.output,
-                    "Still (.png .jpg .jpeg .bmp) or video (.y4m); - is standard\n"
-                    "output, PNG for a still and Y4M for a video")
+                    "Still (.png .jpg .jpeg .bmp) or video (.y4m; by way of ffmpeg\n"
+                    ".mp4 .mkv .mov .webm .avi .ts and others, or an address); - is\n"
+                    "standard output, PNG for a still and Y4M for a video, with\n"
+                    "--encode what that says; for a folder a folder, made if missing")
         ->required()
         ->type_name("FILE");
     addParsed(render, "--view", o.view, parseView,
               "single, quad, 360 or 180: the layout, see below (default single)", "LAYOUT");
+    addParsed(render, "--views", o.separate, parseViews,
+              "together, or separate: each view of quad or 360 in full size, in\n"
+              "files of its own named OUT-1.mp4, OUT-2.mp4 ...; see below\n"
+              "(default together)",
+              "HOW");
     addParsed(render, "--mount", o.mount, parseMount,
               "ceiling, wall or floor: where the camera hangs\n(default ceiling)", "MOUNT");
     addParsed(render, "--circle", o.circle, parseCircle,
@@ -119,6 +140,15 @@ void addRender(CLI::App& app)
                     "milliseconds per frame on standard error; e.g. 50")
         ->type_name("N")
         ->check(CLI::Range(1, 100000).description(""));
+    addForce(render, o.force);
+    addFfmpeg(render, o.ffmpeg);
+    addParsed(render, "--encode", o.ffmpeg.encode, words,
+              "ffmpeg's options before the output, in one argument, in place of\n"
+              "the usual ones (.mp4 .m4v .mov .mkv: -c:v libx264 -preset\n"
+              "veryfast -crf 20 -pix_fmt yuv420p; others: ffmpeg's own); e.g.\n"
+              "\"-c:v libx265 -crf 24\", or \"-c:v libx264 -f mpegts\" for -o -",
+              "OPTIONS");
+    render.add_flag("--stats", o.stats, "Videos: print on standard error where the time went");
     render.add_flag("--verbose", o.verbose, "Show the library's own lines on standard error");
     render.callback([options] { runRender(*options); });
 }

@@ -39,6 +39,7 @@ void addScene(CLI::App& app)
         ->type_name("N");
     addParsed(scene, "--mount", o.mount, parseMount,
               "ceiling, wall or floor: where the camera hangs\n(default ceiling)", "MOUNT");
+    addForce(scene, o.force);
     scene.callback([options] { runScene(*options); });
 }
 

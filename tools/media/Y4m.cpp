@@ -56,6 +56,14 @@ Y4mHeader parseY4mHeader(const std::string& line, const std::string& name)
     return header;
 }
 
+std::string tagValue(const std::string& tags, std::string_view name)
+{
+    const std::size_t at = tags.find(std::string(" ").append(name));
+    if (at == std::string::npos) return {};
+    const std::size_t begin = at + 1 + name.size();
+    return tags.substr(begin, tags.find(' ', begin) - begin);
+}
+
 Y4mReader::Y4mReader(InputStream& input) : input_(input)
 {
     if (!input_.readLine(line_, kMaxLine)) throw Error(input_.name() + ": is empty");

@@ -24,6 +24,9 @@ struct Y4mHeader {
 // name for the file, for everything else.
 Y4mHeader parseY4mHeader(const std::string& line, const std::string& name);
 
+// What follows a tag's name: of " F25:1 Ip" and "F" it is "25:1". Empty when there is no such tag.
+std::string tagValue(const std::string& tags, std::string_view name);
+
 class Y4mReader {
 public:
     // Reads the header; input must outlive the reader.
