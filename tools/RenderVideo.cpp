@@ -9,6 +9,7 @@
 
 #include <cstdio>
 #include <memory>
+#include <optional>
 #include <utility>
 
 namespace lumofe {
@@ -87,6 +88,8 @@ public:
             if (ChildProcess* program = renderings_.back()->sink().program())
                 programs_.push_back(program);
         }
+        // After the outputs, whose files a second signal removes.
+        interruption_.emplace();
     }
 
     void frames()
@@ -106,8 +109,8 @@ public:
     void finish()
     {
         for (const auto& rendering : renderings_)
-            rendering->sink().finish(interruption_.requested());
-        source_.close(interruption_.requested());
+            rendering->sink().finish(interruption_->requested());
+        source_.close(interruption_->requested());
     }
 
     const RenderStats& stats()
@@ -121,7 +124,7 @@ public:
     }
 
     int count() const { return stats_.frames; }
-    bool interrupted() const { return interruption_.requested(); }
+    bool interrupted() const { return interruption_->requested(); }
 
 private:
     // Hands on the frame before and gets the next. False at the end.
@@ -131,18 +134,17 @@ private:
         if (Transfer* reading = source_.request(next.bytes.data())) transfers.push_back(reading);
         for (const auto& rendering : renderings_)
             if (rendering->transfer()) transfers.push_back(rendering->transfer());
-        carryOut(transfers, programs_, interruption_.descriptor(), stats_.transfers);
+        carryOut(transfers, programs_, interruption_->descriptor(), stats_.transfers);
         for (const auto& rendering : renderings_)
             rendering->sink().check();
-        return received(source_, interruption_);
+        return received(source_, *interruption_);
     }
 
     VideoSource& source_;
     std::vector<std::unique_ptr<Rendering>> renderings_;
     std::vector<ChildProcess*> programs_;
     RenderStats stats_;
-    // Comes after the outputs, whose files a second signal removes.
-    Interruption interruption_;
+    std::optional<Interruption> interruption_;
 };
 
 } // namespace

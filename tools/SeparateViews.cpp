@@ -11,16 +11,13 @@ namespace {
 // Pan 0 of the single view on ceiling and floor, degrees clockwise of the picture's top.
 constexpr double kSingleTop = 22.5;
 
-// The same direction and magnification: a step of zoom is the same in all layouts, but the single
-// view has more of them.
-Aim asSingle(const Aim& aim, View view, Mount mount)
+// The aim of a layout's view on ceiling or floor, turned to where the single view counts from.
+Aim asSingle(Aim aim, Mount mount)
 {
-    const ZoomRange from = zoomRange(view, mount), to = zoomRange(View::single, mount);
-    Aim single = aim;
-    if (mount != Mount::wall) single.pan = aim.pan - kSingleTop;
-    if (single.pan < -360) single.pan += 360;
-    single.zoom = aim.zoom * (from.closest - from.widest) / (to.closest - to.widest);
-    return single;
+    if (mount == Mount::wall) return aim;
+    aim.pan -= kSingleTop;
+    if (aim.pan < mountRule(mount).panMin) aim.pan += 360;
+    return aim;
 }
 
 std::string numbered(const std::string& path, int number)
@@ -43,7 +40,7 @@ std::vector<RenderOptions> viewsOf(const RenderOptions& options)
         RenderOptions view = options;
         view.separate = false;
         view.view = View::single;
-        view.ptz = {asSingle(aim, options.view, options.mount)};
+        view.ptz = {asSingle(aim, options.mount)};
         view.output = numbered(options.output, int(views.size()) + 1);
         views.push_back(view);
     }

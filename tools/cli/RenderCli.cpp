@@ -32,9 +32,9 @@ Directions, in degrees:
 Without --ptz the views of quad and 360 share a full turn, tilted by 80; on the wall they look left,
 right, ahead and down.
 
-With --views separate, view n looks where view n of the layout does, steered by --ptz n with the
-layout's directions and zoom, but is drawn as a single view: --size and the default size are those
-of each view.
+With --views separate, view n looks where view n of the layout does, steered by --ptz n in the
+layout's directions (pan 0 to the picture's top), but is a single view of its own: it shows somewhat
+more, its zoom is percent of the single view's, and --size and the default size are each view's.
 
 Videos by way of ffmpeg keep their rate, pixel shape and colours. The sound of a file or http://
 address is copied to a file; of cameras there is none. "-c:a aac" or "-an" in --encode changes that.
