@@ -53,6 +53,7 @@ TEST(ManPage, NamesEveryOptionOfTheHelpOnceInItsSection)
         std::size_t atLeast;
     } kSections[] = {{{"--help"}, "OPTIONS", 2},
                      {{"render", "--help"}, "RENDER", 15},
+                     {{"bench", "--help"}, "BENCH", 7},
                      {{"scene", "--help"}, "SCENE", 3},
                      {{"sheet", "--help"}, "SHEET", 4}};
     const std::string page = toolManPage();

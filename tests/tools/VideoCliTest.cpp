@@ -3,6 +3,7 @@
 #include "VideoTestSupport.h"
 #include "video/ChildProcess.h"
 
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <gtest/gtest.h>
@@ -269,6 +270,42 @@ TEST_F(VideoCliTest, SoundEndsWithAnInterruptedVideo)
     const double shown = double(framesOf(file("out.mkv")).size()) / (320 * 240 * 3 / 2) / 25;
     EXPECT_GT(shown, 0);
     EXPECT_NEAR(seconds, shown, 1.5);
+}
+
+TEST_F(VideoCliTest, NoProgramOutlivesTheTool)
+{
+    std::string err;
+    EXPECT_EQ(interrupted(joined({"render", "testsrc2=s=320x320:r=50", "--decode", "-re -f lavfi",
+                                  "-o", file("out.mkv")},
+                                 kLossless),
+                          SIGKILL, 1, err),
+              128 + SIGKILL);
+    const auto running = [this] {
+        for (const auto& process : std::filesystem::directory_iterator("/proc")) {
+            const Bytes words = test::readFile((process.path() / "cmdline").string());
+            const std::string folder = file("out.");
+            if (std::ranges::search(words, folder).begin() != words.end()) return true;
+        }
+        return false;
+    };
+    for (int i = 0; i < 400 && running(); ++i)
+        std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    EXPECT_FALSE(running());
+}
+
+TEST_F(VideoCliTest, SoundFollowsTheOptionsOfTheInput)
+{
+    test::outputOf("ffmpeg -v error -f lavfi -i testsrc2=s=320x320:r=25 -f lavfi -i sine -t 2 "
+                   "-c:v mpeg4 -c:a pcm_s16le " +
+                   file("in.mkv"));
+    ASSERT_EQ(runTool(joined({"render", file("in.mkv"), "--decode", "-t 0.4", "-o", file("o.mkv")},
+                             kLossless))
+                  .status,
+              0);
+    const Bytes sound =
+        test::outputOf("ffmpeg -v error -i " + file("o.mkv") + " -map 0:a -f s16le -");
+    EXPECT_NEAR(double(sound.size()) / 2 / 44100, 0.4, 0.05);
+    EXPECT_EQ(framesOf(file("o.mkv")).size(), 10u * 320 * 240 * 3 / 2);
 }
 
 TEST_F(VideoCliTest, StatsTellWhereTheTimeWent)

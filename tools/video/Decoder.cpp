@@ -18,15 +18,22 @@ constexpr const char* kCrop = "crop=trunc(iw/2)*2:trunc(ih/2)*2:0:0";
 constexpr std::size_t kMostAhead = std::size_t(1) << 20;
 constexpr int kPatience = 2000; // milliseconds for saying goodbye to a camera
 
+std::vector<std::string> inputWords(const FfmpegOptions& options, const std::string& input)
+{
+    std::vector<std::string> words;
+    const bool namesKind = std::ranges::find(options.decode, "-f") != options.decode.end();
+    if (isWebcam(input) && !namesKind) words = {"-f", "v4l2"};
+    words.insert(words.end(), options.decode.begin(), options.decode.end());
+    words.insert(words.end(), {"-i", isWebcam(input) || namesKind ? input : ffmpegPath(input)});
+    return words;
+}
+
 // The first frame goes to descriptor 3 as Y4M, whose header tells size and rate.
-std::vector<std::string> command(const FfmpegOptions& options, const std::string& input)
+std::vector<std::string> command(const FfmpegOptions& options,
+                                 const std::vector<std::string>& input)
 {
     std::vector<std::string> words = ffmpegCommand(options);
-    const bool namesKind = std::ranges::find(options.decode, "-f") != options.decode.end();
-    if (isWebcam(input) && !namesKind) words.insert(words.end(), {"-f", "v4l2"});
-    words.insert(words.end(), options.decode.begin(), options.decode.end());
-    const std::string path = isWebcam(input) || namesKind ? input : ffmpegPath(input);
-    words.insert(words.end(), {"-i", path});
+    words.insert(words.end(), input.begin(), input.end());
     words.insert(words.end(), {"-map", "0:v:0", "-vf", std::string("trim=end_frame=1,") + kCrop,
                                "-pix_fmt", "yuv420p", "-f", "yuv4mpegpipe", "pipe:3"});
     words.insert(words.end(),
@@ -51,7 +58,8 @@ long framesIn(double seconds, const std::string& rate)
 
 Decoder::Decoder(const FfmpegOptions& options, const std::string& input) : name_(input)
 {
-    child_.emplace(command(options, input), ChildPipes{.output = true, .third = true});
+    const std::vector<std::string> opening = inputWords(options, input);
+    child_.emplace(command(options, opening), ChildPipes{.output = true, .third = true});
     awaitFirstFrame();
 
     const std::string& head = child_->head();
@@ -61,7 +69,7 @@ Decoder::Decoder(const FfmpegOptions& options, const std::string& input) : name_
     format_.tags = header.tags;
     format_.colours = coloursOf(child_->log());
     format_.frames = framesIn(durationOf(child_->log()), tagValue(header.tags, "F"));
-    if (hasAudio(child_->log()) && canBeOpenedTwice(input)) format_.audio = ffmpegPath(input);
+    if (hasAudio(child_->log()) && canBeOpenedTwice(input)) format_.audio = opening;
 }
 
 void Decoder::fail(const std::string& what, const std::string& advice)

@@ -64,8 +64,8 @@ Words command(const FfmpegOptions& options, const VideoFormat& format, const std
 {
     Words words = ffmpegCommand(options);
     add(words, rawInput(format));
-    if (!format.audio.empty())
-        add(words, {"-i", format.audio, "-map", "0:v:0", "-map", "1:a", "-c:a", "copy"});
+    add(words, format.audio);
+    if (!format.audio.empty()) add(words, {"-map", "0:v:0", "-map", "1:a", "-c:a", "copy"});
     const std::string aspect = tagValue(format.tags, "A");
     if (!aspect.empty() && aspect != "0:0" && aspect != "1:1")
         add(words, {"-vf", "setsar=" + withSlash(aspect) + ":max=65535"});

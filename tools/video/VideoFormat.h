@@ -6,6 +6,7 @@
 #include "video/FfmpegLog.h"
 
 #include <string>
+#include <vector>
 
 namespace lumofe {
 
@@ -15,10 +16,10 @@ enum class Chroma { planar, pairs };
 struct VideoFormat {
     Size size; // even
     Chroma chroma = Chroma::planar;
-    std::string tags;  // of the Y4M header: Y4mHeader::tags
-    Colours colours;   // empty where the tags say it
-    long frames = 0;   // how many there will be, roughly; 0: unknown
-    std::string audio; // what ffmpeg opens to find the sound; empty: none
+    std::string tags;               // of the Y4M header: Y4mHeader::tags
+    Colours colours;                // empty where the tags say it
+    long frames = 0;                // how many there will be, roughly; 0: unknown
+    std::vector<std::string> audio; // ffmpeg's words that open the sound; empty: none
 
     std::size_t frameBytes() const { return Frame420::lumaBytes(size) / 2 * 3; }
 };
