@@ -284,7 +284,9 @@ TEST_F(VideoCliTest, NoProgramOutlivesTheTool)
         for (const auto& process : std::filesystem::directory_iterator("/proc")) {
             const Bytes words = test::readFile((process.path() / "cmdline").string());
             const std::string folder = file("out.");
-            if (std::ranges::search(words, folder).begin() != words.end()) return true;
+            if (std::search(words.begin(), words.end(), folder.begin(), folder.end()) !=
+                words.end())
+                return true;
         }
         return false;
     };

@@ -34,13 +34,8 @@ void addBench(CLI::App& app)
               "Output size, pixels, or the nearest that a layout composes from\n"
               "this input; e.g. 1280x720 (default 1920x1080)",
               "WxH");
-    addParsed(bench, "--mount", o.mount, parseMount,
-              "ceiling, wall or floor: where the camera hangs\n(default ceiling)", "MOUNT");
-    addParsed(bench, "--circle", o.circle, parseCircle,
-              "Fisheye circle in input pixels: centre from the left, centre from\n"
-              "the top, radius; e.g. 640,512,500 (default: centred, half the\n"
-              "shorter side)",
-              "CX,CY,R");
+    addMount(bench, o.mount);
+    addCircle(bench, o.circle);
     bench
         .add_option("--frames", o.frames,
                     "To measure for each layout, 1 to 100000; e.g. 500 (default 100)")

@@ -2,6 +2,7 @@
 #ifndef LUMOFE_TOOLS_CLI_COMMANDS_H
 #define LUMOFE_TOOLS_CLI_COMMANDS_H
 
+#include "Dewarper.h"
 #include "video/Ffmpeg.h"
 
 #include <CLI/App.hpp>
@@ -27,6 +28,10 @@ CLI::Option* addParsed(CLI::App& app, const char* name, Target& target, Parse pa
             name, [&target, parse](const std::string& text) { target = parse(text); }, help)
         ->type_name(values);
 }
+
+// --mount and --circle.
+void addMount(CLI::App& app, Mount& mount);
+void addCircle(CLI::App& app, std::optional<Circle>& circle);
 
 // --force, for commands that write a file.
 void addForce(CLI::App& app, bool& force);

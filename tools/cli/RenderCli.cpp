@@ -86,13 +86,8 @@ void addRender(CLI::App& app)
               "files of its own named OUT-1.mp4, OUT-2.mp4 ...; see below\n"
               "(default together)",
               "HOW");
-    addParsed(render, "--mount", o.mount, parseMount,
-              "ceiling, wall or floor: where the camera hangs\n(default ceiling)", "MOUNT");
-    addParsed(render, "--circle", o.circle, parseCircle,
-              "Fisheye circle in input pixels, rounded to whole ones: centre\n"
-              "from the left, centre from the top, radius; e.g. 640,512,500\n"
-              "(default: centred, half the shorter side)",
-              "CX,CY,R");
+    addMount(render, o.mount);
+    addCircle(render, o.circle);
     addParsed(render, "--size", o.size, parseSize,
               "Output size, 16 to 4096 pixels each, even except for RGB stills of\n"
               "the single view; e.g. 800x600 (default: see Layouts)",

@@ -1,7 +1,6 @@
 // The options of `lumofe scene`.
 #include "cli/Commands.h"
 
-#include "Parse.h"
 #include "SceneCommand.h"
 
 #include <memory>
@@ -37,8 +36,7 @@ void addScene(CLI::App& app)
                     "2048 is the largest size whose lens is exactly the one that\n"
                     "render assumes; for wider inputs it assumes another")
         ->type_name("N");
-    addParsed(scene, "--mount", o.mount, parseMount,
-              "ceiling, wall or floor: where the camera hangs\n(default ceiling)", "MOUNT");
+    addMount(scene, o.mount);
     addForce(scene, o.force);
     scene.callback([options] { runScene(*options); });
 }
