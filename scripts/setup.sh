@@ -3,4 +3,5 @@
 set -eu
 exec "$(dirname "$0")/install.sh" setup \
     cmake ninja-build g++ g++-multilib clang clang-tidy libclang-rt-14-dev googletest libcli11-dev \
-    libstb-dev nlohmann-json3-dev binutils doxygen abigail-tools groff-base pkgconf valgrind qemu-user
+    libstb-dev nlohmann-json3-dev binutils doxygen abigail-tools groff-base pkgconf valgrind qemu-user \
+    ffmpeg

@@ -4,6 +4,7 @@
 #include "Error.h"
 #include "OutputFile.h"
 #include "StillFile.h"
+#include "TemporaryFile.h"
 #include "calibrate/CircleFinder.h"
 #include "media/Drawing.h"
 #include "media/ImageFile.h"
@@ -22,7 +23,6 @@
 namespace lumofe {
 namespace {
 
-constexpr std::size_t kLargestPicture = std::size_t(256) << 20; // bytes of a file
 constexpr Rgb kGood{60, 255, 60}, kDoubtful{255, 50, 50};
 
 using Found = std::optional<FoundCircle>;
@@ -32,7 +32,7 @@ Image readPicture(const std::string& path)
 {
     InputStream input(path);
     if (!input.startsWith(kY4mMagic))
-        return decodeImage(input.readAll(kLargestPicture), input.name());
+        return decodeImage(input.readAll(kLargestImageFile), input.name());
     Y4mReader reader(input);
     Frame420 frame(reader.header().size);
     if (!reader.read(frame)) throw Error(input.name() + ": holds no frames; make the video again");
@@ -133,11 +133,12 @@ void writeOverlay(const std::string& path, Image picture, const Found& found)
     writeStill(path, picture);
 }
 
-void checkOverlay(const std::string& path)
+void checkOverlay(const std::string& path, bool force)
 {
     if (path == "-")
         throw Error("-o: standard output takes the result; name a file for the overlay");
     checkStillName(path, "an overlay");
+    checkAbsent(path, force);
 }
 
 } // namespace
@@ -145,7 +146,7 @@ void checkOverlay(const std::string& path)
 bool runCalibrate(const CalibrateOptions& options)
 {
     const bool draws = !options.overlay.empty();
-    if (draws) checkOverlay(options.overlay);
+    if (draws) checkOverlay(options.overlay, options.force);
 
     LumaStack pictures;
     Image first;

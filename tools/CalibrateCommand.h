@@ -11,6 +11,7 @@ struct CalibrateOptions {
     std::vector<std::string> inputs; // "-": standard input
     std::string overlay;             // still to draw the circle on; empty: none
     bool plain = false;              // prints the circle as --circle takes it, and no JSON
+    bool force = false;              // replace an older overlay
 };
 
 // Prints what was found on standard output. False, after a line on standard error, when that is no

@@ -3,12 +3,10 @@
 
 #include "Error.h"
 #include "RenderPlan.h"
+#include "TemporaryFile.h"
 #include "camera/Calibration.h"
 #include "camera/CameraFile.h"
 #include "media/Pixels.h"
-
-#include <algorithm>
-#include <filesystem>
 
 namespace lumofe {
 
@@ -17,9 +15,7 @@ void initCamera(const CameraOptions& options)
     if (options.size.has_value() == !options.calibration.empty())
         throw Error(options.size ? "--size: the calibration tells it; leave out one of the two"
                                  : "--size: is missing; give the input's size, or --calibration");
-    std::error_code unreadable;
-    if (!options.force && options.path != "-" && std::filesystem::exists(options.path, unreadable))
-        throw Error(options.path + ": is there already; replace it with --force");
+    checkAbsent(options.path, options.force);
 
     CameraFile camera;
     if (options.size) {

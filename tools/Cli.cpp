@@ -18,6 +18,7 @@ namespace lumofe {
 namespace {
 
 constexpr int kBadInput = 2;
+constexpr int kInterrupted = 130;
 constexpr const char* kName = "lumofe";
 constexpr const char* kDescription = "Dewarps the pictures of fisheye surveillance cameras.";
 
@@ -25,11 +26,12 @@ constexpr const char* kExitStatus = R"(
   0    done
   2    a bad input or option, said in one line on standard error; no output is left
   3    calibrate is not sure of the circle it found
-  130  interrupted, as by Ctrl-C; no output is left
+  130  interrupted, as by Ctrl-C; a video is left complete up to there, else no output
 )";
 
-constexpr void (*kCommands[])(CLI::App&) = {addRender, addCalibrate, addCamera, addPreset,
-                                            addPoint,  addScene,     addSheet,  addCompletion};
+constexpr void (*kCommands[])(CLI::App&) = {addRender, addCalibrate, addCamera,
+                                            addPreset, addPoint,     addBench,
+                                            addScene,  addSheet,     addCompletion};
 
 std::string version()
 {
@@ -55,6 +57,7 @@ std::vector<std::string> choicesOf(const std::string& value)
     if (value == "MOUNT") return mountNames();
     if (value == "FORMAT") return pixelFormatNames();
     if (value == "SHELL") return shellNames();
+    if (value == "HOW") return viewsNames();
     return {};
 }
 
@@ -81,10 +84,10 @@ CommandHelp helpOf(const CLI::App& app)
     return help;
 }
 
-int fail(const std::string& message)
+int fail(const std::string& message, int status = kBadInput)
 {
     std::fprintf(stderr, "lumofe: %s\n", message.c_str());
-    return kBadInput;
+    return status;
 }
 
 } // namespace
@@ -104,6 +107,8 @@ int runTool(int argc, const char* const* argv)
         return fail(std::string(e.what()) + "; see lumofe --help");
     } catch (const Error& e) {
         return fail(e.what());
+    } catch (const Interrupted& e) {
+        return fail(e.what(), kInterrupted);
     } catch (const std::bad_alloc&) {
         return fail("not enough memory; scale the input or choose a smaller --size");
     }

@@ -8,8 +8,8 @@
 
 namespace lumofe {
 
-// Runs the tool. Returns its exit status: 0, or 2 after one line on standard error,
-// or another that the command's help names.
+// Runs the tool. Returns its exit status: 0, or 2 after one line on standard error, or 130 when a
+// video was ended early by SIGINT or SIGTERM, or another that the command's help names.
 int runTool(int argc, const char* const* argv);
 
 // All that runTool() takes, and the manual page of it.

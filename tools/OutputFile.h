@@ -2,17 +2,19 @@
 #ifndef LUMOFE_TOOLS_OUTPUT_FILE_H
 #define LUMOFE_TOOLS_OUTPUT_FILE_H
 
+#include "TemporaryFile.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
+#include <optional>
 #include <string>
 #include <string_view>
 
 namespace lumofe {
 
-// Bytes go to a temporary file beside the target, which commit() renames. Without commit(), and on
-// SIGINT, SIGTERM or SIGHUP, the temporary file is removed and an older file of that name stays.
-// Pipes and devices are written directly. At most one object at a time.
+// Bytes go to a temporary file beside the target, which commit() renames: see TemporaryFile. Pipes
+// and devices are written directly.
 class OutputFile {
 public:
     // path "-": the descriptor standardOutput, of which the object keeps a copy. Throws Error when
@@ -33,11 +35,9 @@ public:
 
 private:
     [[noreturn]] void fail(const char* what) const;
-    void createTemporary();
 
-    std::string name_;      // for messages
-    std::string target_;    // empty: written directly
-    std::string temporary_; // empty: written directly, or renamed
+    std::string name_;                       // for messages
+    std::optional<TemporaryFile> temporary_; // none: written directly
     std::FILE* file_ = nullptr;
 };
 

@@ -2,23 +2,47 @@
 #include "OutputKind.h"
 
 #include "Error.h"
+#include "video/Ffmpeg.h"
 
+#include <algorithm>
 #include <cctype>
 #include <filesystem>
+#include <string_view>
 
 namespace lumofe {
+namespace {
+
+constexpr std::string_view kContainers[] = {".mp4", ".m4v",  ".mov", ".mkv", ".webm", ".avi",
+                                            ".ts",  ".mpeg", ".mpg", ".flv", ".nut"};
+
+} // namespace
+
+std::string lowerExtension(const std::string& path)
+{
+    std::string extension = std::filesystem::path(path).extension().string();
+    for (char& c : extension)
+        c = char(std::tolower(static_cast<unsigned char>(c)));
+    return extension;
+}
 
 OutputKind outputKind(const std::string& path)
 {
     if (path == "-") return OutputKind::sameAsInput;
-    std::string extension = std::filesystem::path(path).extension().string();
-    for (char& c : extension)
-        c = char(std::tolower(static_cast<unsigned char>(c)));
+    if (isAddress(path)) return OutputKind::encoded;
+    const std::string extension = lowerExtension(path);
     if (extension == ".png") return OutputKind::png;
     if (extension == ".jpg" || extension == ".jpeg") return OutputKind::jpeg;
     if (extension == ".bmp") return OutputKind::bmp;
     if (extension == ".y4m") return OutputKind::video;
-    throw Error(path + ": unknown kind of output; end the name in .png, .jpg, .jpeg, .bmp or .y4m");
+    if (std::ranges::find(kContainers, extension) != std::end(kContainers))
+        return OutputKind::encoded;
+    throw Error(path + ": unknown kind of output; end the name in .png, .jpg, .jpeg, .bmp, .y4m, "
+                       ".mp4, .mkv or another container's");
+}
+
+bool isVideo(OutputKind kind)
+{
+    return kind == OutputKind::video || kind == OutputKind::encoded;
 }
 
 ImageKind imageKind(OutputKind kind)

@@ -23,6 +23,7 @@ constexpr Choice<View> kViews[] = {
     {"single", View::single}, {"quad", View::quad}, {"360", View::ptz360}, {"180", View::half180}};
 constexpr Choice<Mount> kMounts[] = {
     {"ceiling", Mount::ceiling}, {"wall", Mount::wall}, {"floor", Mount::floor}};
+constexpr Choice<bool> kHows[] = {{"together", false}, {"separate", true}};
 constexpr Choice<PixelFormat> kFormats[] = {
     {"nv12", PixelFormat::nv12}, {"yv12", PixelFormat::yv12}, {"rgb", PixelFormat::rgb}};
 
@@ -114,9 +115,19 @@ std::vector<std::string> pixelFormatNames()
     return namesOf(kFormats);
 }
 
+std::vector<std::string> viewsNames()
+{
+    return namesOf(kHows);
+}
+
 View parseView(const std::string& text)
 {
     return choose("--view", text, kViews);
+}
+
+bool parseViews(const std::string& text)
+{
+    return choose("--views", text, kHows);
 }
 
 Mount parseMount(const std::string& text)

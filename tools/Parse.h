@@ -20,14 +20,18 @@ Size parseSize(const std::string& text);
 // "pan,tilt,zoom" in degrees and percent, decimals allowed; any range.
 Aim parsePtz(const std::string& text);
 
-// Names that the next three take.
+// Names that the next four take.
 std::vector<std::string> viewNames();
 std::vector<std::string> mountNames();
 std::vector<std::string> pixelFormatNames();
+std::vector<std::string> viewsNames();
 
 View parseView(const std::string& text);
 Mount parseMount(const std::string& text);
 PixelFormat parsePixelFormat(const std::string& text);
+
+// "separate" is true, "together" false.
+bool parseViews(const std::string& text);
 
 } // namespace lumofe
 

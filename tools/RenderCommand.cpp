@@ -1,93 +1,25 @@
-// The command that dewarps a still or a video.
+// The command that dewarps a still, a folder of stills, or a video.
 #include "RenderCommand.h"
 
 #include "Error.h"
 #include "LibraryOutput.h"
+#include "OpenInput.h"
 #include "OutputFile.h"
 #include "OutputKind.h"
-#include "camera/Tour.h"
-#include "media/ImageFile.h"
-#include "media/InputStream.h"
-#include "media/Pixels.h"
-#include "media/Y4m.h"
+#include "RenderFolder.h"
+#include "RenderVideo.h"
+#include "SeparateViews.h"
+#include "video/FrameSources.h"
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
-#include <unistd.h>
-#include <utility>
+#include <filesystem>
 #include <vector>
 
 namespace lumofe {
 namespace {
 
-constexpr std::size_t kMaxImageFile = std::size_t(256) << 20;
-constexpr const char* kStillTags = " F25:1 Ip A1:1 C420jpeg XCOLORRANGE=FULL";
-
-// A line on standard error that counts frames, if somebody is there to watch.
-class Progress {
-public:
-    void frameDone()
-    {
-        ++frames_;
-        if (shown_ && Clock::now() - lastLine_ > std::chrono::milliseconds(200)) show("");
-    }
-    void finish()
-    {
-        if (shown_) show("\n");
-    }
-
-private:
-    using Clock = std::chrono::steady_clock;
-
-    void show(const char* end)
-    {
-        lastLine_ = Clock::now();
-        const double seconds = std::chrono::duration<double>(lastLine_ - start_).count();
-        std::fprintf(stderr, "\r%ld frames, %.1f fps %s", frames_, double(frames_) / seconds, end);
-    }
-
-    const bool shown_ = isatty(STDERR_FILENO) != 0;
-    const Clock::time_point start_ = Clock::now();
-    Clock::time_point lastLine_ = start_;
-    long frames_ = 0;
-};
-
-// Has the views look where they shall in each frame. What stays is not built anew.
-class Steering {
-public:
-    Steering(Dewarper& dewarper, const RenderOptions& options, double rate)
-        : dewarper_(dewarper), options_(options), rate_(rate)
-    {
-        if (options.tour) options_.camera = withOffsets(*options.camera, dewarper);
-    }
-
-    void aim(int frame)
-    {
-        if (frame > 0 && !moves(options_)) return;
-        Position position = positionFor(options_, frame, rate_);
-        if (frame > 0 && position == position_) return;
-        dewarper_.aim(position.views);
-        if (position.panoOffset != dewarper_.setup().panoOffset)
-            dewarper_.turnPanorama(position.panoOffset);
-        position_ = std::move(position);
-    }
-
-private:
-    Dewarper& dewarper_;
-    RenderOptions options_;
-    const double rate_;
-    Position position_;
-};
-
-// A note for each thing that will not be as asked for.
-DewarperSetup setupFor(const RenderOptions& options, Size input, bool video)
-{
-    const RenderPlan plan = planFor(options, input, video);
-    for (const std::string& note : plan.notes)
-        std::fprintf(stderr, "lumofe: note: %s\n", note.c_str());
-    return plan.setup;
-}
+using Views = std::vector<RenderOptions>;
 
 void printMedianTime(Dewarper& dewarper, int frames)
 {
@@ -99,96 +31,81 @@ void printMedianTime(Dewarper& dewarper, int frames)
     std::fprintf(stderr, "median of %d frames: %.3f ms\n", frames, *middle);
 }
 
-void renderStill(const RenderOptions& options, InputStream& input, OutputKind kind, int ownOutput)
+void renderStill(const RenderOptions& options, const Image& picture, int ownOutput)
 {
-    const Image picture = cropToEven(decodeImage(input.readAll(kMaxImageFile), input.name()));
-    const bool video = kind == OutputKind::video;
-    Dewarper dewarper(setupFor(options, picture.size, video));
+    Dewarper dewarper(plannedSetup(options, picture.size, false));
     dewarper.aim(aimsFor(options));
     const Image result = dewarper.dewarp(picture);
 
+    const std::vector<std::uint8_t> file =
+        encodeImage(result, imageKind(outputKind(options.output)));
     OutputFile output(options.output, ownOutput);
-    if (video) {
-        Y4mWriter writer(output, {result.size, kStillTags});
-        writer.write(toFrame420(result));
-    } else {
-        const std::vector<std::uint8_t> file = encodeImage(result, imageKind(kind));
-        output.write(file.data(), file.size());
-    }
+    output.write(file.data(), file.size());
     output.commit();
     if (options.timeFrames > 0) printMedianTime(dewarper, options.timeFrames);
 }
 
-void renderMotion(const RenderOptions& options, InputStream& input, OutputKind kind, int ownOutput)
+// A still gives a still, or a video: of a sweep's or tour's frames, or of one.
+void renderPicture(const Views& views, const OpenedInput& input, int ownOutput)
 {
-    if (kind != OutputKind::video && kind != OutputKind::sameAsInput)
+    const RenderOptions& options = views.front();
+    const OutputKind kind = outputKind(options.output);
+    if (moves(options) && !isVideo(kind) && kind != OutputKind::sameAsInput)
         throw Error(options.output + ": a " + (options.tour ? "tour" : "pan sweep") +
-                    " is a video; give an output that ends in .y4m, or -");
-    const Frame420 frame =
-        toFrame420(cropToEven(decodeImage(input.readAll(kMaxImageFile), input.name())));
-    const DewarperSetup setup = setupFor(options, frame.size, true);
-    Dewarper dewarper(setup);
-    const double rate = frameRate(kStillTags);
-    Steering steering(dewarper, options, rate);
-
-    OutputFile output(options.output, ownOutput);
-    Y4mWriter writer(output, {setup.output, kStillTags});
-    Progress progress;
-    const int frames = movingFrames(options, rate);
-    for (int number = 0; number < frames; ++number) {
-        steering.aim(number);
-        writer.write(dewarper.dewarp(frame));
-        progress.frameDone();
+                    " is a video; give an output that ends in .y4m or .mp4, or -");
+    if (moves(options) || isVideo(kind)) {
+        if (options.timeFrames > 0) throw Error("--time: measures stills; leave it out");
+        const int frames = moves(options) ? movingFrames(options, StillSource::kRate) : 1;
+        StillSource source(input.picture, frames);
+        renderVideo(views, source, input.name, ownOutput);
+        return;
     }
-    progress.finish();
-    output.commit();
+    for (const RenderOptions& view : views)
+        renderStill(view, input.picture, ownOutput);
 }
 
-void renderVideo(const RenderOptions& options, InputStream& input, OutputKind kind, int ownOutput)
+void checkVideo(const RenderOptions& options, const std::string& name)
 {
-    if (kind != OutputKind::video && kind != OutputKind::sameAsInput)
-        throw Error(options.output + ": " + input.name() +
-                    " is a video; give an output that ends in .y4m, or -");
+    const OutputKind kind = outputKind(options.output);
+    if (!isVideo(kind) && kind != OutputKind::sameAsInput)
+        throw Error(options.output + ": " + name +
+                    " is a video; give an output that ends in .mp4, .mkv or .y4m, or -");
     if (options.timeFrames > 0) throw Error("--time: needs a still picture as input");
     if (options.panSweep) throw Error("--pan-sweep: needs a still picture as input");
+}
 
-    Y4mReader reader(input);
-    Frame420 frame(reader.header().size);
-    const DewarperSetup setup = setupFor(options, evenSize(frame.size), true);
-    Dewarper dewarper(setup);
-    Steering steering(dewarper, options, frameRate(reader.header().tags));
-
-    OutputFile output(options.output, ownOutput);
-    Y4mWriter writer(output, {setup.output, reader.header().tags});
-    Progress progress;
-    int number = 0;
-    while (reader.read(frame)) {
-        steering.aim(number++);
-        writer.write(dewarper.dewarp(cropToEven(frame)));
-        output.flush();
-        progress.frameDone();
+void renderFile(const RenderOptions& options, int ownOutput)
+{
+    const Views views = viewsOf(options);
+    for (const RenderOptions& view : views)
+        checkAbsent(view.output, options.force);
+    const OpenedInput input = openInput(options.input, options.ffmpeg);
+    if (!input.video) {
+        renderPicture(views, input, ownOutput);
+        return;
     }
-    progress.finish();
-    if (number == 0) throw Error(input.name() + ": holds no frames; make the video again");
-    output.commit();
+    checkVideo(options, input.name);
+    renderVideo(views, *input.video, input.name, ownOutput);
 }
 
 } // namespace
 
 void runRender(const RenderOptions& asked)
 {
-    const OutputKind kind = outputKind(asked.output);
     const RenderOptions options = withCamera(asked);
+    const bool folder = std::filesystem::is_directory(options.input);
+    if (!folder) outputKind(options.output);
     checkOptions(options);
 
     // First, so that no file takes the place of a closed standard output.
     const LibraryOutput libraryOutput(options.verbose ? LibraryOutput::Target::standardError
                                                       : LibraryOutput::Target::discard);
-    InputStream input(options.input);
-    const auto render = input.startsWith(kY4mMagic) ? renderVideo
-                        : moves(options)            ? renderMotion
-                                                    : renderStill;
-    render(options, input, kind, libraryOutput.ownOutput());
+    const int ownOutput = libraryOutput.ownOutput();
+    if (folder)
+        renderFolder(options,
+                     [ownOutput](const RenderOptions& file) { renderFile(file, ownOutput); });
+    else
+        renderFile(options, ownOutput);
 }
 
 } // namespace lumofe

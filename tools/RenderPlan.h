@@ -3,6 +3,7 @@
 #define LUMOFE_TOOLS_RENDER_PLAN_H
 
 #include "camera/CameraFile.h"
+#include "video/Ffmpeg.h"
 
 #include <optional>
 #include <string>
@@ -40,6 +41,11 @@ struct RenderOptions {
     std::optional<int> frames;      // of the video that a sweep or a tour makes of a still
     int timeFrames = 0;             // further frames to measure
     bool verbose = false;           // show the library's lines on standard error
+
+    bool separate = false; // a file for each perspective view: see viewsOf()
+    bool force = false;    // replace existing files
+    bool stats = false;    // print where a video's time went
+    FfmpegOptions ffmpeg;
 };
 
 // The largest circle in the middle of the input.

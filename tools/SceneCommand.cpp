@@ -3,6 +3,7 @@
 
 #include "Error.h"
 #include "StillFile.h"
+#include "TemporaryFile.h"
 #include "scene/FisheyeLens.h"
 #include "scene/Room.h"
 
@@ -11,6 +12,7 @@ namespace lumofe {
 void runScene(const SceneOptions& options)
 {
     checkStillName(options.output, "the scene");
+    checkAbsent(options.output, options.force);
     if (options.size < 320 || options.size > kLargestInput.width)
         throw Error("--size: " + std::to_string(options.size) +
                     " is out of range; choose 320 to 4096 pixels");

@@ -12,6 +12,7 @@ struct SceneOptions {
     std::string output; // "-": PNG on standard output
     int size = 2048;    // width and height, pixels
     Mount mount = Mount::ceiling;
+    bool force = false; // replace an existing file
 };
 
 // Throws Error for whatever cannot be done; then no output file is left.

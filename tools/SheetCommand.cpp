@@ -3,6 +3,7 @@
 
 #include "Error.h"
 #include "StillFile.h"
+#include "TemporaryFile.h"
 #include "media/Drawing.h"
 #include "media/ImageFile.h"
 #include "media/InputStream.h"
@@ -13,7 +14,6 @@
 namespace lumofe {
 namespace {
 
-constexpr std::size_t kMaxImageFile = std::size_t(256) << 20;
 constexpr std::size_t kMaxImages = 400;
 constexpr int kMinWidth = 32, kMaxWidth = 2048, kMaxColumns = 20;
 constexpr int kMaxSide = 16384; // of the sheet, pixels
@@ -41,7 +41,7 @@ void checkOptions(const SheetOptions& options)
 Image thumbnail(const std::string& path, int width)
 {
     InputStream input(path);
-    const Image image = decodeImage(input.readAll(kMaxImageFile), input.name(), {1, 1});
+    const Image image = decodeImage(input.readAll(kLargestImageFile), input.name(), {1, 1});
     const int height = std::max(1, int(std::int64_t(width) * image.size.height / image.size.width));
     if (height > kMaxSide) throw Error(input.name() + ": is too narrow for a sheet; leave it out");
     return scaled(image, {width, height});
@@ -78,6 +78,7 @@ Image sheetRow(const SheetOptions& options, std::size_t first, std::size_t last,
 void runSheet(const SheetOptions& options)
 {
     checkStillName(options.output, "a sheet");
+    checkAbsent(options.output, options.force);
     checkOptions(options);
 
     const std::size_t count = options.images.size();

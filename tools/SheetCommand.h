@@ -12,7 +12,8 @@ struct SheetOptions {
     std::vector<std::string> images;
     std::vector<std::string> captions; // in the order of the images; the others get their file name
     int columns = 3;
-    int width = 480; // of a thumbnail, pixels
+    int width = 480;    // of a thumbnail, pixels
+    bool force = false; // replace an existing file
 };
 
 // Throws Error for whatever cannot be done; then no output file is left.

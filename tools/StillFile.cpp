@@ -11,7 +11,7 @@ namespace lumofe {
 
 void checkStillName(const std::string& path, const std::string& what)
 {
-    if (outputKind(path) == OutputKind::video)
+    if (isVideo(outputKind(path)))
         throw Error(path + ": " + what + " is a still; end the name in .png, .jpg or .bmp");
 }
 

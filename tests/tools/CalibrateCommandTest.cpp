@@ -104,6 +104,12 @@ TEST_F(CalibrateCommandTest, TheOverlayShowsTheCircleAndItsCentre)
     EXPECT_TRUE(isGreen(190, 160));
     EXPECT_FALSE(isGreen(220, 160));
     EXPECT_EQ(overlay.pixel(5, 5)[1], 0);
+
+    const ToolRun again = runTool({"calibrate", file("disc.png"), "-o", file("overlay.png")});
+    EXPECT_EQ(again.status, 2);
+    EXPECT_NE(again.err.find("--force"), std::string::npos) << again.err;
+    EXPECT_EQ(runTool({"calibrate", file("disc.png"), "-o", file("overlay.png"), "--force"}).status,
+              0);
 }
 
 TEST_F(CalibrateCommandTest, VideosCountWithTheirFirstFrame)

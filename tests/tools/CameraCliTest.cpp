@@ -60,7 +60,8 @@ TEST_F(CameraCli, InitReplacesOnlyByForce)
     init();
     EXPECT_EQ(readCameraFile(hall()).circle.radius, 240);
     EXPECT_EQ(errorOf({"camera", "init", hall(), "--size", "800x600"}),
-              "lumofe: " + hall() + ": is there already; replace it with --force\n");
+              "lumofe: " + hall() +
+                  ": exists already; give another name, or --force to replace it\n");
     EXPECT_EQ(readCameraFile(hall()).input.width, 640);
     EXPECT_EQ(errorOf({"camera", "init", hall(), "--size", "800x600", "--force"}), "");
     EXPECT_EQ(readCameraFile(hall()).input.width, 800);

@@ -81,8 +81,8 @@ protected:
 
 TEST_F(Completion, OffersCommandsAndTheirCommands)
 {
-    EXPECT_EQ(offered({""}),
-              (Words{"render", "camera", "preset", "point", "scene", "sheet", "completion"}));
+    EXPECT_EQ(offered({""}), (Words{"render", "calibrate", "camera", "preset", "point", "bench",
+                                    "scene", "sheet", "completion"}));
     EXPECT_EQ(offered({"p"}), (Words{"preset", "point"}));
     EXPECT_EQ(offered({"preset", ""}), (Words{"save", "list", "apply", "remove"}));
     EXPECT_EQ(offered({"completion", ""}), (Words{"bash", "zsh", "fish"}));

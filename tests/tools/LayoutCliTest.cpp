@@ -194,11 +194,10 @@ TEST_F(LayoutCliTest, PanSweepIsAVideoOfTheStills)
     ASSERT_EQ(run.out.size(), header.size() + 3 * (6 + kFrame));
     for (std::size_t i = 0; i < 3; ++i) {
         const std::string pan = std::to_string(45 - 30 * int(i));
+        const std::string name = file("one" + pan + ".y4m");
         ASSERT_EQ(
-            runTool({"render", still(), "-o", file("one.y4m"), "--pan", pan, "--size", "320x240"})
-                .status,
-            0);
-        const Bytes one = test::readFile(file("one.y4m"));
+            runTool({"render", still(), "-o", name, "--pan", pan, "--size", "320x240"}).status, 0);
+        const Bytes one = test::readFile(name);
         const auto frame = run.out.begin() + std::ptrdiff_t(header.size() + i * (6 + kFrame) + 6);
 
         Frame420 swept({320, 240}), single({320, 240});

@@ -60,6 +60,7 @@ TEST(ManPage, NamesEveryOptionOfTheHelpOnceInItsSection)
                      {{"preset", "apply", "--help"}, "PRESET APPLY", 2},
                      {{"point", "--help"}, "POINT", 5},
                      {{"calibrate", "--help"}, "CALIBRATE", 3},
+                     {{"bench", "--help"}, "BENCH", 7},
                      {{"scene", "--help"}, "SCENE", 3},
                      {{"sheet", "--help"}, "SHEET", 4}};
     const std::string page = toolManPage();

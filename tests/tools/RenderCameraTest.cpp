@@ -1,6 +1,7 @@
 // Renders with a camera's file: what it says where the options are silent.
 #include "RenderCommand.h"
 #include "ToolTestSupport.h"
+#include "VideoTestSupport.h"
 #include "media/Pixels.h"
 #include "media/Y4m.h"
 
@@ -176,6 +177,7 @@ std::vector<Frame420> rendered(RenderOptions options, const std::string& input,
     options.tour = options.preset.empty();
     options.input = input;
     options.output = output;
+    options.force = true;
     runRender(options);
     return framesOf(output);
 }
@@ -196,7 +198,7 @@ TEST_F(RenderCamera, AStillsTourBeginsAndStaysAtItsPresets)
 
     const std::string png = folder_.file("tour.png");
     EXPECT_EQ(errorOf([&] { rendered(options(), still, png); }),
-              png + ": a tour is a video; give an output that ends in .y4m, or -");
+              png + ": a tour is a video; give an output that ends in .y4m or .mp4, or -");
 }
 
 TEST_F(RenderCamera, AVideosTourFollowsItsFrameRate)
@@ -211,6 +213,44 @@ TEST_F(RenderCamera, AVideosTourFollowsItsFrameRate)
     EXPECT_EQ(frames[1].bytes, frames[0].bytes);
     EXPECT_NE(frames[2].bytes, frames[1].bytes);
     EXPECT_EQ(frames[3].bytes, frames[2].bytes);
+}
+
+TEST_F(RenderCamera, AVideoThatFfmpegDecodesTakesTheTourToo)
+{
+    const std::string clip = folder_.file("in.mkv"), out = folder_.file("out.y4m");
+    test::makeClip(clip, 3);
+    CameraFile camera = readCameraFile(path());
+    camera.tour = {{{"door", 0.05, 0}, {"desk", 1, 0}}, false}; // two frames at 30000/1001
+    write(camera);
+    const std::vector<Frame420> tour = rendered(options(), clip, out),
+                                door = rendered(options("door"), clip, out),
+                                desk = rendered(options("desk"), clip, out);
+    ASSERT_EQ(tour.size(), 3u);
+    ASSERT_EQ(desk.size(), 3u);
+    EXPECT_EQ(tour[1].bytes, door[1].bytes);
+    EXPECT_EQ(tour[2].bytes, desk[2].bytes);
+    EXPECT_NE(door[2].bytes, desk[2].bytes);
+}
+
+TEST_F(RenderCamera, EachViewOfATourMayHaveAFile)
+{
+    const std::string video = videoOf(test::gradient({320, 320}), 2, "", folder_.file("in.y4m"));
+    CameraFile camera = readCameraFile(path());
+    camera.presets = {{"a", View::ptz360, {{kDoor, {10, 50, 0}}, 0}},
+                      {"b", View::ptz360, {{kDoor, {190, 50, 0}}, 0}}};
+    camera.tour = {{{"a", 0.04, 0}, {"b", 0.04, 0}}, false};
+    write(camera);
+    RenderOptions tour = options();
+    tour.tour = tour.separate = true;
+    tour.input = video;
+    tour.output = folder_.file("out.y4m");
+    runRender(tour);
+    const std::vector<Frame420> first = framesOf(folder_.file("out-1.y4m")),
+                                second = framesOf(folder_.file("out-2.y4m"));
+    ASSERT_EQ(first.size(), 2u);
+    ASSERT_EQ(second.size(), 2u);
+    EXPECT_EQ(first[0].bytes, first[1].bytes);
+    EXPECT_NE(second[0].bytes, second[1].bytes);
 }
 
 TEST_F(RenderCamera, TheUnwrapTurnsOnATour)

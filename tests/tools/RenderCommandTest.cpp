@@ -16,6 +16,7 @@ TEST(RenderCommand, DefaultsAreTheCentredCircleAndTheMountsTilt)
         options.input = folder.file("scene.png");
         options.output = folder.file("default.png");
         options.mount = mount;
+        options.force = true;
         runRender(options);
         options.output = folder.file("explicit.png");
         options.circle = Circle{640, 640, 640};

@@ -29,6 +29,7 @@ protected:
         o.images = {file("red.png"), file("green.png"), file("blue.png")};
         o.columns = 2;
         o.width = 100;
+        o.force = true;
         return o;
     }
 
@@ -92,6 +93,15 @@ TEST_F(SheetCommandTest, AFewPicturesMakeANarrowSheet)
     SheetOptions o = options();
     o.columns = 9;
     EXPECT_EQ(sheet(o).size.width, 12 + 3 * 112);
+}
+
+TEST_F(SheetCommandTest, ReplacesAFileOnlyByForce)
+{
+    SheetOptions o = options();
+    runSheet(o);
+    o.force = false;
+    EXPECT_EQ(errorOf([&] { runSheet(o); }),
+              o.output + ": exists already; give another name, or --force to replace it");
 }
 
 TEST_F(SheetCommandTest, WhatCannotBeIsRefused)

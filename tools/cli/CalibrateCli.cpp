@@ -58,6 +58,7 @@ void addCalibrate(CLI::App& app)
     calibrate.add_flag("--plain", o.plain,
                        "Print x,y,radius in whole pixels for --circle in place of JSON, and\n"
                        "nothing without a confident circle");
+    addForce(calibrate, o.force);
     calibrate.callback([options] {
         if (!runCalibrate(*options)) throw CLI::RuntimeError(kNotConfident);
     });

@@ -40,7 +40,7 @@ void addInit(CLI::App& camera)
     addView(init, o.view,
             "single, quad, 360 or 180: the layout that is shown unless a preset\n"
             "or an option tells another (default single)");
-    init.add_flag("--force", o.force, "Replace a file that is there already");
+    addForce(init, o.force);
     init.callback([options] { initCamera(*options); });
 }
 

@@ -8,11 +8,13 @@
 #include <CLI/App.hpp>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace lumofe {
 
 // Each adds one command with its options and help; parsing a command line that chooses it runs it.
 void addCalibrate(CLI::App& app);
+void addBench(CLI::App& app);
 void addRender(CLI::App& app);
 void addScene(CLI::App& app);
 void addSheet(CLI::App& app);
@@ -51,6 +53,15 @@ void addMount(CLI::App& app, MountOrNone& mount)
               "ceiling, wall or floor: where the camera hangs\n(default ceiling)", "MOUNT");
 }
 void addCircle(CLI::App& app, std::optional<Circle>& circle);
+
+// --force, for commands that write a file.
+void addForce(CLI::App& app, bool& force);
+
+// --ffmpeg and --decode.
+void addFfmpeg(CLI::App& app, FfmpegOptions& ffmpeg);
+
+// Words as a shell takes them apart, with quotes.
+std::vector<std::string> words(const std::string& text);
 
 // --pan, --tilt, --zoom, --ptz and --pano-offset.
 void addSteering(CLI::App& app, RenderOptions& options);

@@ -85,6 +85,8 @@ void addApply(CLI::App& preset)
     addCameraPath(apply, options->cameraPath);
     addName(apply, options->preset, "Of the preset");
     addInputAndOutput(apply, *options);
+    addForce(apply, options->force);
+    addFfmpeg(apply, options->ffmpeg);
     apply.callback([options] { runRender(*options); });
 }
 

@@ -32,6 +32,15 @@ Directions, in degrees:
 Without --ptz the views of quad and 360 share a full turn, tilted by 80; on the wall they look left,
 right, ahead and down.
 
+With --views separate, view n looks where view n of the layout does, steered by --ptz n in the
+layout's directions (pan 0 to the picture's top), but is a single view of its own: it shows somewhat
+more, its zoom is percent of the single view's, and --size and the default size are each view's.
+
+Videos by way of ffmpeg keep their rate, pixel shape and colours. The sound of a file or http://
+address is copied to a file; of cameras there is none. "-c:a aac" or "-an" in --encode changes that.
+Ctrl-C ends a video early; what is written until then is complete, the exit status 130. A second
+one stops at once and leaves no file.
+
 Examples:
   lumofe render hall.jpg -o view.png --circle 800,640,610 --pan 90 --tilt 60
   lumofe render desk.png -o up.jpg --mount floor --tilt -50 --zoom 30 --size 1024x768
@@ -40,6 +49,9 @@ Examples:
   lumofe render hall.jpg -o halves.png --view 180 --pano-offset 45
   lumofe render hall.jpg -o turn.y4m --pan-sweep 360 --frames 200
   lumofe render hall.jpg -o door.png --camera hall.json --preset door
+  lumofe render cam.mp4 -o view.mp4 --view quad --encode "-c:v libx264 -crf 18"
+  lumofe render rtsp://camera/1 -o views.mkv --view quad --views separate
+  lumofe render stills -o views --pan 90
   ffmpeg -i cam.mp4 -pix_fmt yuv420p -f yuv4mpegpipe - |
       lumofe render - -o - --view quad | ffmpeg -i - view.mp4)";
 
@@ -49,10 +61,15 @@ void addRender(CLI::App& app)
 {
     const auto options = std::make_shared<RenderOptions>();
     RenderOptions& o = *options;
-    CLI::App& render = *app.add_subcommand("render", "Dewarp a still or a Y4M video");
+    CLI::App& render = *app.add_subcommand("render", "Dewarp stills and videos");
     render.footer(kRenderFooter);
     addInputAndOutput(render, o);
     addView(render, o.view, "single, quad, 360 or 180: the layout, see below (default single)");
+    addParsed(render, "--views", o.separate, parseViews,
+              "together, or separate: each view of quad or 360 in full size, in\n"
+              "files of its own named OUT-1.mp4, OUT-2.mp4 ...; see below\n"
+              "(default together)",
+              "HOW");
     addMount(render, o.mount);
     addCircle(render, o.circle);
     render
@@ -100,6 +117,15 @@ void addRender(CLI::App& app)
                     "milliseconds per frame on standard error; e.g. 50")
         ->type_name("N")
         ->check(CLI::Range(1, 100000).description(""));
+    addForce(render, o.force);
+    addFfmpeg(render, o.ffmpeg);
+    addParsed(render, "--encode", o.ffmpeg.encode, words,
+              "ffmpeg's options before the output, in one argument, in place of\n"
+              "the usual ones (.mp4 .m4v .mov .mkv: -c:v libx264 -preset\n"
+              "veryfast -crf 20 -pix_fmt yuv420p; others: ffmpeg's own); e.g.\n"
+              "\"-c:v libx265 -crf 24\", or \"-c:v libx264 -f mpegts\" for -o -",
+              "OPTIONS");
+    render.add_flag("--stats", o.stats, "Videos: print on standard error where the time went");
     render.add_flag("--verbose", o.verbose, "Show the library's own lines on standard error");
     render.callback([options, &render] {
         options->viewGiven = render.count("--view") > 0;

@@ -37,6 +37,7 @@ void addScene(CLI::App& app)
                     "render assumes; for wider inputs it assumes another")
         ->type_name("N");
     addMount(scene, o.mount);
+    addForce(scene, o.force);
     scene.callback([options] { runScene(*options); });
 }
 

@@ -43,16 +43,42 @@ void addSteering(CLI::App& app, RenderOptions& o)
 void addInputAndOutput(CLI::App& app, RenderOptions& o)
 {
     app.add_option("INPUT", o.input,
-                   "PNG, JPEG or BMP still, or YUV4MPEG2 video (8-bit 4:2:0),\n"
-                   "told apart by content; 320x240 to 4096x4096 pixels;\n"
-                   "- is standard input")
+                   "PNG, JPEG or BMP still, YUV4MPEG2 video (8-bit 4:2:0), or any\n"
+                   "video, address (rtsp://, http://) or webcam (/dev/video0) that\n"
+                   "ffmpeg opens, told apart by content; 320x240 to 4096x4096\n"
+                   "pixels; - is standard input, still or YUV4MPEG2; of a folder,\n"
+                   "every still, in the order of names")
         ->required()
         ->type_name("");
     app.add_option("-o,--output", o.output,
-                   "Still (.png .jpg .jpeg .bmp) or video (.y4m); - is standard\n"
-                   "output, PNG for a still and Y4M for a video")
+                   "Still (.png .jpg .jpeg .bmp) or video (.y4m; by way of ffmpeg\n"
+                   ".mp4 .mkv .mov .webm .avi .ts and others, or an address); - is\n"
+                   "standard output, PNG for a still and Y4M for a video, with\n"
+                   "--encode what that says; for a folder a folder, made if missing")
         ->required()
         ->type_name("FILE");
+}
+
+void addForce(CLI::App& app, bool& force)
+{
+    app.add_flag("--force", force, "Replace files that exist already");
+}
+
+std::vector<std::string> words(const std::string& text)
+{
+    return CLI::detail::split_up(text);
+}
+
+void addFfmpeg(CLI::App& app, FfmpegOptions& ffmpeg)
+{
+    app.add_option("--ffmpeg", ffmpeg.program,
+                   "The program that decodes and encodes; e.g. /opt/ffmpeg/bin/ffmpeg\n"
+                   "(default: ffmpeg, as the shell finds it)")
+        ->type_name("PROGRAM");
+    addParsed(app, "--decode", ffmpeg.decode, words,
+              "ffmpeg's options before the input, in one argument; e.g.\n"
+              "\"-rtsp_transport tcp\" or \"-f v4l2 -video_size 1920x1080\"",
+              "OPTIONS");
 }
 
 } // namespace lumofe

@@ -39,6 +39,7 @@ void addSheet(CLI::App& app)
                     "Of the next picture, ASCII; once per picture (default: file names)")
         ->allow_extra_args(false)
         ->type_name("TEXT");
+    addForce(sheet, o.force);
     sheet.callback([options] { runSheet(*options); });
 }
 

@@ -4,10 +4,14 @@
 
 #include "media/Image.h"
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
 namespace lumofe {
+
+// Bytes of a file that is read.
+inline constexpr std::size_t kLargestImageFile = std::size_t(256) << 20;
 
 enum class ImageKind { png, jpeg, bmp };
 

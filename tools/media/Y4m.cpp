@@ -56,14 +56,21 @@ Y4mHeader parseY4mHeader(const std::string& line, const std::string& name)
     return header;
 }
 
-double frameRate(std::string_view tags)
+std::string tagValue(const std::string& tags, std::string_view name)
+{
+    const std::size_t at = tags.find(std::string(" ").append(name));
+    if (at == std::string::npos) return {};
+    const std::size_t begin = at + 1 + name.size();
+    return tags.substr(begin, tags.find(' ', begin) - begin);
+}
+
+double frameRate(const std::string& tags)
 {
     constexpr double kUsual = 25;
-    const std::size_t at = tags.find(" F");
-    if (at == std::string_view::npos) return kUsual;
-    const char *begin = tags.data() + at + 2, *end = tags.data() + tags.size();
+    const std::string rate = tagValue(tags, "F");
+    const char* end = rate.data() + rate.size();
     int frames = 0, seconds = 0;
-    const auto [colon, bad] = std::from_chars(begin, end, frames);
+    const auto [colon, bad] = std::from_chars(rate.data(), end, frames);
     if (bad != std::errc() || colon == end || *colon != ':') return kUsual;
     const auto [rest, alsoBad] = std::from_chars(colon + 1, end, seconds);
     if (alsoBad != std::errc() || frames <= 0 || seconds <= 0) return kUsual;

@@ -25,7 +25,10 @@ struct Y4mHeader {
 Y4mHeader parseY4mHeader(const std::string& line, const std::string& name);
 
 // Frames a second that a header's tags tell; 25 where they tell none.
-double frameRate(std::string_view tags);
+double frameRate(const std::string& tags);
+
+// What follows a tag's name: of " F25:1 Ip" and "F" it is "25:1". Empty when there is no such tag.
+std::string tagValue(const std::string& tags, std::string_view name);
 
 class Y4mReader {
 public:

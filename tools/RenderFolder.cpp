@@ -1,0 +1,70 @@
+// Renders every still of a folder.
+#include "RenderFolder.h"
+
+#include "Error.h"
+#include "InputKind.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <filesystem>
+#include <vector>
+
+namespace lumofe {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::vector<fs::path> picturesIn(const std::string& folder)
+{
+    std::vector<fs::path> pictures;
+    std::error_code error;
+    for (fs::directory_iterator it(folder, error); !error && it != fs::directory_iterator();
+         it.increment(error))
+        if (isPictureName(it->path()) && !it->is_directory()) pictures.push_back(it->path());
+    if (error) throw Error(folder + ": cannot be read (" + error.message() + "); check its rights");
+    if (pictures.empty())
+        throw Error(folder + ": holds no .png, .jpg, .jpeg or .bmp file; give another folder");
+    std::ranges::sort(pictures);
+    return pictures;
+}
+
+void checkFolders(const RenderOptions& options)
+{
+    if (moves(options))
+        throw Error(std::string(options.tour ? "--tour" : "--pan-sweep") +
+                    ": needs a single still; a folder gives stills");
+    std::error_code error;
+    fs::create_directory(options.output, error);
+    if (!fs::is_directory(options.output))
+        throw Error(options.output + ": is no folder and cannot be made one; of the folder " +
+                    options.input + ", the output is a folder");
+    if (fs::equivalent(options.input, options.output, error))
+        throw Error(options.output + ": is the input folder; choose another");
+}
+
+} // namespace
+
+void renderFolder(const RenderOptions& options,
+                  const std::function<void(const RenderOptions&)>& render)
+{
+    const std::vector<fs::path> pictures = picturesIn(options.input);
+    checkFolders(options);
+    std::size_t failed = 0;
+    for (const fs::path& picture : pictures) {
+        RenderOptions file = options;
+        file.input = picture.string();
+        file.output = (fs::path(options.output) / picture.filename()).string();
+        try {
+            render(file);
+        } catch (const Error& e) {
+            std::fprintf(stderr, "lumofe: %s\n", e.what());
+            ++failed;
+        }
+    }
+    if (failed > 0)
+        throw Error(options.input + ": " + std::to_string(failed) + " of " +
+                    std::to_string(pictures.size()) + " pictures failed; the others are in " +
+                    options.output);
+}
+
+} // namespace lumofe
