@@ -3,4 +3,6 @@
 # tool, if it is not there: setup_extras.sh
 set -eu
 exec "$(dirname "$0")/install.sh" setup_extras \
-    ffmpeg mypy pybind11-dev python3-dev python3-numpy python3-pil python3-pytest
+    ffmpeg \
+    libgstreamer1.0-dev libgstreamer-plugins-base1.0-dev gstreamer1.0-tools gstreamer1.0-plugins-base \
+    mypy pybind11-dev python3-dev python3-numpy python3-pil python3-pytest

@@ -17,6 +17,7 @@ struct Circle {
     int x = 0;
     int y = 0;
     int radius = 0;
+    bool operator==(const Circle&) const = default;
 };
 
 inline constexpr int kSmallestRadius = 16, kLargestRadius = 4096;
