@@ -2,7 +2,7 @@
 #include "LiveCamera.h"
 
 #include "Error.h"
-#include "Frames.h"
+#include "FrameMemory.h"
 
 #include <string>
 
@@ -14,9 +14,13 @@ std::string text(Size size)
     return std::to_string(size.width) + "x" + std::to_string(size.height);
 }
 
-void checkCircle(const Circle& circle, Size input)
+bool isInside(const Circle& circle, Size input)
 {
-    if (circle.x < input.width && circle.y < input.height) return;
+    return circle.x < input.width && circle.y < input.height;
+}
+
+[[noreturn]] void refuse(const Circle& circle, Size input)
+{
     throw Error("circle-x, circle-y: the centre " + std::to_string(circle.x) + "," +
                 std::to_string(circle.y) + " is outside of the " + text(input) +
                 " input; give it in input pixels, or -1 for the middle");
@@ -37,7 +41,7 @@ void LiveCamera::open(const Settings& settings, Size input, Size output, PixelFo
 {
     close();
     const Circle circle = settings.circle(input);
-    checkCircle(circle, input);
+    if (!isInside(circle, input)) refuse(circle, input);
     checkOutput(settings, input, output);
     DewarperSetup setup;
     setup.input = input;
@@ -67,24 +71,25 @@ void LiveCamera::follow(const Settings& settings)
 {
     if (settings == followed_) return;
     followed_ = settings;
-    DewarperSetup next = dewarper_->setup();
-    const Circle before = next.circle;
-    const bool suits = composes(settings.view, settings.mount, next.output, next.input) &&
-                       fedFormat(settings.view, next.format) == next.format;
-    if (suits && (settings.view != next.view || settings.mount != next.mount)) {
+    const DewarperSetup before = dewarper_->setup();
+    DewarperSetup next = before;
+    const Circle circle = settings.circle(next.input);
+    const bool circleCanBe = isInside(circle, next.input);
+    if (circleCanBe) next.circle = circle;
+    next.panoOffset = settings.panoramaOffset();
+    if (composes(settings.view, settings.mount, next.output, next.input) &&
+        fedFormat(settings.view, next.format) == next.format) {
         next.view = settings.view;
         next.mount = settings.mount;
-        next.panoOffset = settings.panoramaOffset();
-        start(next);
-    } else if (settings.panoramaOffset() != next.panoOffset) {
-        dewarper_->turnPanorama(settings.panoramaOffset());
     }
-    if (dewarper_->setup().view == settings.view && dewarper_->setup().mount == settings.mount)
-        dewarper_->aim(settings.aims());
-
-    const Circle circle = settings.circle(next.input);
-    checkCircle(circle, next.input);
-    if (circle != before) dewarper_->setCircle(circle);
+    if (next.view != before.view || next.mount != before.mount) {
+        start(next);
+    } else {
+        if (next.circle != before.circle) dewarper_->setCircle(next.circle);
+        if (next.panoOffset != before.panoOffset) dewarper_->turnPanorama(next.panoOffset);
+    }
+    if (next.view == settings.view && next.mount == settings.mount) dewarper_->aim(settings.aims());
+    if (!circleCanBe) refuse(circle, next.input);
 }
 
 void LiveCamera::dewarp(const GstVideoFrame& input, GstVideoFrame& output)

@@ -1,7 +1,6 @@
 // What the tests of the tool share.
 #include "ToolTestSupport.h"
 
-#include "Error.h"
 #include "media/ImageFile.h"
 #include "scene/FisheyeLens.h"
 
@@ -97,16 +96,6 @@ ToolRun runTool(const std::vector<std::string>& arguments, const Bytes& input,
     const Bytes message = readFile(err);
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, readFile(out),
             std::string(message.begin(), message.end())};
-}
-
-std::string errorOf(const std::function<void()>& action)
-{
-    try {
-        action();
-    } catch (const Error& e) {
-        return e.what();
-    }
-    return {};
 }
 
 Image gradient(Size size)

@@ -2,13 +2,13 @@
 #ifndef LUMOFE_TESTS_TOOL_TEST_SUPPORT_H
 #define LUMOFE_TESTS_TOOL_TEST_SUPPORT_H
 
+#include "ErrorOf.h"
 #include "Mounting.h"
 #include "media/Image.h"
 #include "scene/Vec3.h"
 
 #include <cstdint>
 #include <filesystem>
-#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -59,9 +59,6 @@ inline Vec3 cross(Vec3 a, Vec3 b)
 {
     return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
 }
-
-// Message of the Error that the action throws; empty when it throws none.
-std::string errorOf(const std::function<void()>& action);
 
 // Noise-free picture with a different gradient in each channel.
 Image gradient(Size size);

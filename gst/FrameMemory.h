@@ -1,6 +1,6 @@
 // GStreamer's frames and the library's, whose rows and planes follow one another without a gap.
-#ifndef LUMOFE_GST_FRAMES_H
-#define LUMOFE_GST_FRAMES_H
+#ifndef LUMOFE_GST_FRAME_MEMORY_H
+#define LUMOFE_GST_FRAME_MEMORY_H
 
 #include <cstdint>
 #include <gst/video/video.h>

@@ -1,5 +1,5 @@
 // GStreamer's frames and the library's, whose rows and planes follow one another without a gap.
-#include "Frames.h"
+#include "FrameMemory.h"
 
 #include <cstddef>
 #include <cstring>
