@@ -49,7 +49,7 @@ Bytes blocks()
     Bytes frame(std::size_t(kLarge.width * kLarge.height) * 3 / 2, 128);
     for (int y = 0; y < kLarge.height; ++y)
         for (int x = 0; x < kLarge.width; ++x) {
-            const unsigned block = unsigned(x / 16 * 73856093) ^ unsigned(y / 16 * 19349663);
+            const unsigned block = unsigned(x / 16) * 73856093u ^ unsigned(y / 16) * 19349663u;
             frame[std::size_t(y * kLarge.width + x)] = std::uint8_t(block * 2654435761u >> 24);
         }
     return frame;
