@@ -14,16 +14,18 @@ std::string text(Size size)
     return std::to_string(size.width) + "x" + std::to_string(size.height);
 }
 
-bool isInside(const Circle& circle, Size input)
+// Why the circle cannot be had in such an input; empty when it can.
+std::string complaintAboutCircle(const Settings& settings, Size input)
 {
-    return circle.x < input.width && circle.y < input.height;
-}
-
-[[noreturn]] void refuse(const Circle& circle, Size input)
-{
-    throw Error("circle-x, circle-y: the centre " + std::to_string(circle.x) + "," +
-                std::to_string(circle.y) + " is outside of the " + text(input) +
-                " input; give it in input pixels, or -1 for the middle");
+    if (settings.camera && settings.camera->input != input)
+        return "camera-file: " + settings.cameraPath + " is for an input of " +
+               text(settings.camera->input) + ", but this one is " + text(input) +
+               "; scale the input in front of the element, or make a file for its size";
+    const Circle circle = settings.circle(input);
+    if (circle.x < input.width && circle.y < input.height) return {};
+    return "circle-x, circle-y: the centre " + std::to_string(circle.x) + "," +
+           std::to_string(circle.y) + " is outside of the " + text(input) +
+           " input; give it in input pixels, or -1 for the middle";
 }
 
 void checkOutput(const Settings& settings, Size input, Size output)
@@ -40,13 +42,13 @@ void checkOutput(const Settings& settings, Size input, Size output)
 void LiveCamera::open(const Settings& settings, Size input, Size output, PixelFormat format)
 {
     close();
-    const Circle circle = settings.circle(input);
-    if (!isInside(circle, input)) refuse(circle, input);
+    const std::string complaint = complaintAboutCircle(settings, input);
+    if (!complaint.empty()) throw Error(complaint);
     checkOutput(settings, input, output);
     DewarperSetup setup;
     setup.input = input;
     setup.output = output;
-    setup.circle = circle;
+    setup.circle = settings.circle(input);
     setup.view = settings.view;
     setup.mount = settings.mount;
     setup.format = format;
@@ -73,9 +75,8 @@ void LiveCamera::follow(const Settings& settings)
     followed_ = settings;
     const DewarperSetup before = dewarper_->setup();
     DewarperSetup next = before;
-    const Circle circle = settings.circle(next.input);
-    const bool circleCanBe = isInside(circle, next.input);
-    if (circleCanBe) next.circle = circle;
+    const std::string complaint = complaintAboutCircle(settings, next.input);
+    if (complaint.empty()) next.circle = settings.circle(next.input);
     next.panoOffset = settings.panoramaOffset();
     if (composes(settings.view, settings.mount, next.output, next.input) &&
         fedFormat(settings.view, next.format) == next.format) {
@@ -89,7 +90,7 @@ void LiveCamera::follow(const Settings& settings)
         if (next.panoOffset != before.panoOffset) dewarper_->turnPanorama(next.panoOffset);
     }
     if (next.view == settings.view && next.mount == settings.mount) dewarper_->aim(settings.aims());
-    if (!circleCanBe) refuse(circle, next.input);
+    if (!complaint.empty()) throw Error(complaint);
 }
 
 void LiveCamera::dewarp(const GstVideoFrame& input, GstVideoFrame& output)

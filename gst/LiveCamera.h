@@ -20,8 +20,9 @@ public:
     bool isOpen() const { return dewarper_ != nullptr; }
 
     // Takes up what changed since the last call. A layout or mounting that the sizes or the format
-    // do not suit is left until the camera is opened anew. Throws Error for a circle that cannot
-    // be, once: the one before stays, everything else is taken up.
+    // do not suit is left until the camera is opened anew. Throws Error for a circle or
+    // camera's file that does not suit the input, once: the circle before stays, everything else is
+    // taken up.
     void follow(const Settings& settings);
 
     // Dewarps mapped frames of the sizes and the format that the camera was opened with.

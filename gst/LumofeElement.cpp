@@ -9,6 +9,7 @@
 
 #include <gst/video/gstvideofilter.h>
 #include <gst/video/navigation.h>
+#include <string>
 
 namespace lumofe {
 namespace {
@@ -19,6 +20,7 @@ struct State {
     Size output;                                      // guarded; none before the caps are known
     GstVideoFormat format = GST_VIDEO_FORMAT_UNKNOWN; // of the input; guarded
     Navigation navigation;                            // guarded
+    std::string complaint; // about a camera's file or preset, for start(); guarded
 
     Settings negotiated; // what the output's caps were chosen for; streaming thread
     LiveCamera camera;   // streaming thread
@@ -64,25 +66,42 @@ GstBaseTransformClass* transformParent()
 
 // ---- properties ----
 
-void setPropertyOf(GObject* object, guint id, const GValue* value, GParamSpec* spec)
+// While caps are in force a property that cannot be changes nothing; before, the element does not
+// start.
+void complain(GObject* object, const std::string& text)
 {
-    bool known = false, otherLayout = false, otherFormat = false;
+    bool running = false;
     {
         const ObjectLock lock(object);
         State& state = stateOf(object);
-        const Settings before = state.settings;
-        known = setProperty(state.settings, id, value);
-        otherLayout = state.settings.view != before.view || state.settings.mount != before.mount;
-        if (otherLayout && state.format != GST_VIDEO_FORMAT_UNKNOWN) {
-            const PixelFormat fed = fedAs(state.format);
-            otherFormat = fedFormat(state.settings.view, fed) != fed;
-        }
+        running = state.format != GST_VIDEO_FORMAT_UNKNOWN;
+        if (!running) state.complaint = text;
     }
-    if (!known) {
-        G_OBJECT_WARN_INVALID_PROPERTY_ID(object, id, spec);
+    if (running) GST_ELEMENT_WARNING(object, LIBRARY, SETTINGS, ("%s", text.c_str()), (nullptr));
+}
+
+void setPropertyOf(GObject* object, guint id, const GValue* value, GParamSpec* spec)
+{
+    Settings before, after;
+    bool otherFormat = false;
+    try {
+        const auto file = readCamera(id, value);
+        const ObjectLock lock(object);
+        State& state = stateOf(object);
+        before = state.settings;
+        if (!setProperty(state.settings, id, value, file))
+            G_OBJECT_WARN_INVALID_PROPERTY_ID(object, id, spec);
+        after = state.settings;
+        if (G_IS_PARAM_SPEC_STRING(spec)) state.complaint.clear();
+        const PixelFormat fed = fedAs(state.format);
+        otherFormat = state.format != GST_VIDEO_FORMAT_UNKNOWN && fedFormat(after.view, fed) != fed;
+    } catch (const Error& e) {
+        complain(object, e.what());
         return;
     }
-    if (!otherLayout) return;
+    // A camera's file or preset changes others.
+    if (G_IS_PARAM_SPEC_STRING(spec)) notifyChanges(object, before, after);
+    if (before.view == after.view && before.mount == after.mount) return;
     // The output's caps follow those of the input when these change, too.
     if (otherFormat)
         gst_base_transform_reconfigure_sink(GST_BASE_TRANSFORM(object));
@@ -170,6 +189,23 @@ GstFlowReturn transformFrame(GstVideoFilter* filter, GstVideoFrame* in, GstVideo
     return GST_FLOW_OK;
 }
 
+gboolean start(GstBaseTransform* base)
+{
+    std::string complaint;
+    {
+        const ObjectLock lock(base);
+        const State& state = stateOf(base);
+        const Settings& settings = state.settings;
+        complaint = state.complaint;
+        if (complaint.empty() && !settings.preset.empty() && !settings.camera)
+            complaint =
+                "preset: '" + settings.preset + "' is one of a camera's file; set camera-file, too";
+    }
+    if (complaint.empty()) return true;
+    GST_ELEMENT_ERROR(base, LIBRARY, SETTINGS, ("%s", complaint.c_str()), (nullptr));
+    return false;
+}
+
 gboolean stop(GstBaseTransform* base)
 {
     stateOf(base).camera.close();
@@ -223,7 +259,7 @@ gboolean srcEvent(GstBaseTransform* base, GstEvent* event)
             if (state.output.width > 0) navigate(state, event);
             after = state.settings;
         }
-        notifySteered(G_OBJECT(base), before, after);
+        notifyChanges(G_OBJECT(base), before, after);
     }
     return transformParent()->src_event(base, event);
 }
@@ -274,6 +310,7 @@ void initClass(void* klass, void*)
     transform->fixate_caps = fixateCaps;
     transform->before_transform = beforeTransform;
     transform->src_event = srcEvent;
+    transform->start = start;
     transform->stop = stop;
 
     GstVideoFilterClass* filter = GST_VIDEO_FILTER_CLASS(klass);

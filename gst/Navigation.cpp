@@ -48,9 +48,10 @@ double withinATurn(double degrees)
     return std::abs(degrees) > 360 ? std::fmod(degrees, 360) : degrees;
 }
 
+// Without an offset: it would be that of where the view looked before.
 void store(ViewDirection& direction, const Aim& aim)
 {
-    direction = {aim.pan, aim.tilt, aim.zoom};
+    direction = {aim.pan, aim.tilt, aim.zoom, {}};
 }
 
 // Moves what the view shows by so many pixels.

@@ -1,16 +1,28 @@
 // The element's properties: what they are called, and where their values go.
 #include "Properties.h"
 
+#include "Error.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <string>
+#include <utility>
 
 namespace lumofe {
 namespace {
 
-enum Id : guint { kLayout = 1, kMount, kCircleX, kCircleY, kCircleRadius, kOffset, kFirstOfViews };
+enum Id : guint {
+    kLayout = 1,
+    kMount,
+    kCircleX,
+    kCircleY,
+    kCircleRadius,
+    kOffset,
+    kCamera,
+    kPreset,
+    kFirstOfViews
+};
 
-constexpr int kSmallestRadius = 16;
 constexpr int kAutomatic = -1;
 
 constexpr auto kLive =
@@ -86,6 +98,17 @@ void installPixels(GObjectClass* klass, guint id, const char* name, int most, co
         klass, id, g_param_spec_int(name, name, blurb, kAutomatic, most, kAutomatic, kControlled));
 }
 
+void installText(GObjectClass* klass, guint id, const char* name, const char* blurb)
+{
+    g_object_class_install_property(klass, id, g_param_spec_string(name, name, blurb, "", kLive));
+}
+
+std::string textOf(const GValue* value)
+{
+    const char* text = g_value_get_string(value);
+    return text ? text : "";
+}
+
 std::optional<int> pixels(const GValue* value, int least)
 {
     const int number = g_value_get_int(value);
@@ -129,10 +152,26 @@ void installProperties(GObjectClass* klass)
                          "180 on ceiling and floor: turns the panorama, degrees clockwise as seen "
                          "in the raw picture",
                          -360, 360, 0, kControlled));
+    installText(klass, kCamera, "camera-file",
+                "File of the camera, as `lumofe camera` writes it: sets mount, circle-x, circle-y, "
+                "circle-radius and layout; what is set after it wins");
+    installText(klass, kPreset, "preset",
+                "Preset of the camera's file: sets layout and views; the same one again goes back "
+                "to it");
     installViews(klass);
 }
 
-bool setProperty(Settings& settings, guint id, const GValue* value)
+std::shared_ptr<const CameraFile> readCamera(guint id, const GValue* value)
+{
+    const std::string path = id == kCamera ? textOf(value) : "";
+    if (path.empty()) return nullptr;
+    // Standard input is the program's.
+    if (path == "-") throw Error("camera-file: - is no file; give its name");
+    return std::make_shared<CameraFile>(readCameraFile(path));
+}
+
+bool setProperty(Settings& settings, guint id, const GValue* value,
+                 std::shared_ptr<const CameraFile> file)
 {
     switch (id) {
     case kLayout:
@@ -153,13 +192,22 @@ bool setProperty(Settings& settings, guint id, const GValue* value)
     case kOffset:
         settings.set.panoramaOffset = settings.now.panoramaOffset = g_value_get_int(value);
         return true;
+    case kCamera:
+        settings.takeCamera(textOf(value), std::move(file));
+        return true;
+    case kPreset:
+        settings.showPreset(textOf(value));
+        return true;
     default:
         break;
     }
     if (id < kFirstOfViews || id >= kEnd) return false;
     const auto& [property, number] = viewProperty(id);
-    for (Settings::Steering* steering : {&settings.set, &settings.now})
-        steering->views[std::size_t(number) - 1].*property.field = g_value_get_double(value);
+    for (Settings::Steering* steering : {&settings.set, &settings.now}) {
+        ViewDirection& direction = steering->views[std::size_t(number) - 1];
+        direction.*property.field = g_value_get_double(value);
+        if (property.field != &ViewDirection::pan) direction.offset.reset();
+    }
     return true;
 }
 
@@ -184,6 +232,12 @@ bool getProperty(const Settings& settings, guint id, GValue* value)
     case kOffset:
         g_value_set_int(value, settings.panoramaOffset());
         return true;
+    case kCamera:
+        g_value_set_string(value, settings.cameraPath.c_str());
+        return true;
+    case kPreset:
+        g_value_set_string(value, settings.preset.c_str());
+        return true;
     default:
         break;
     }
@@ -193,7 +247,7 @@ bool getProperty(const Settings& settings, guint id, GValue* value)
     return true;
 }
 
-void notifySteered(GObject* object, const Settings& before, const Settings& after)
+void notifyChanges(GObject* object, const Settings& before, const Settings& after)
 {
     for (int number = 1; number <= kMaxViews; ++number)
         for (const ViewProperty& property : kViewProperties) {
@@ -201,6 +255,11 @@ void notifySteered(GObject* object, const Settings& before, const Settings& afte
             if (value(before) != value(after))
                 g_object_notify(object, nameOf(property, number).c_str());
         }
+    if (before.view != after.view) g_object_notify(object, "layout");
+    if (before.mount != after.mount) g_object_notify(object, "mount");
+    if (before.circleX != after.circleX) g_object_notify(object, "circle-x");
+    if (before.circleY != after.circleY) g_object_notify(object, "circle-y");
+    if (before.circleRadius != after.circleRadius) g_object_notify(object, "circle-radius");
     if (before.panoramaOffset() != after.panoramaOffset())
         g_object_notify(object, "panorama-offset");
 }

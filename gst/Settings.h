@@ -3,9 +3,12 @@
 #define LUMOFE_GST_SETTINGS_H
 
 #include "Dewarper.h"
+#include "camera/CameraFile.h"
 
 #include <array>
+#include <memory>
 #include <optional>
+#include <string>
 #include <vector>
 
 namespace lumofe {
@@ -14,6 +17,7 @@ namespace lumofe {
 struct ViewDirection {
     std::optional<double> pan, tilt; // degrees
     std::optional<double> zoom;      // percent
+    std::optional<int> offset;       // as in Aim; goes with the tilt and zoom beside it
     bool operator==(const ViewDirection&) const = default;
 };
 
@@ -30,7 +34,21 @@ struct Settings {
     };
     Steering set, now;
 
+    // The camera's file, if there is one; null before. The layout and so on above were taken over
+    // from it, and may have been changed since.
+    std::shared_ptr<const CameraFile> camera;
+    std::string cameraPath;
+    std::string preset; // empty: none
+
     bool operator==(const Settings&) const = default;
+
+    // Takes over mounting, circle and layout of the file, and the preset if one was named before.
+    // Null forgets the file. Throws Error when the file has no preset of that name.
+    void takeCamera(const std::string& path, std::shared_ptr<const CameraFile> file);
+
+    // Shows that preset of the camera's file, on the file's mounting; without a file, when there is
+    // one. Throws Error, and changes nothing, when the file has none of that name.
+    void showPreset(const std::string& name);
 
     // Where view `number` looks, 1 and up; limited to what the mounting accepts.
     Aim aim(int number) const;

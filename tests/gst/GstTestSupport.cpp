@@ -82,6 +82,21 @@ Bytes usual(View view, Mount mount, const Bytes& input, PixelFormat format)
     return dewarped(setupOf(view, mount, format), usualAims(view, mount), input);
 }
 
+std::string messageOn(GstBus* bus, GstMessageType type)
+{
+    GstMessage* message = gst_bus_pop_filtered(bus, type);
+    if (!message) return {};
+    GError* error = nullptr;
+    if (type == GST_MESSAGE_ERROR)
+        gst_message_parse_error(message, &error, nullptr);
+    else
+        gst_message_parse_warning(message, &error, nullptr);
+    std::string text = error->message;
+    g_error_free(error);
+    gst_message_unref(message);
+    return text;
+}
+
 Pipeline::Pipeline(const std::string& properties)
 {
     useGStreamer();
@@ -174,17 +189,7 @@ Size Pipeline::outputSize()
 
 std::string Pipeline::message(GstMessageType type)
 {
-    GstMessage* message = gst_bus_pop_filtered(bus_, type);
-    if (!message) return {};
-    GError* error = nullptr;
-    if (type == GST_MESSAGE_ERROR)
-        gst_message_parse_error(message, &error, nullptr);
-    else
-        gst_message_parse_warning(message, &error, nullptr);
-    std::string text = error->message;
-    g_error_free(error);
-    gst_message_unref(message);
-    return text;
+    return messageOn(bus_, type);
 }
 
 void Pipeline::press(int button, double x, double y)

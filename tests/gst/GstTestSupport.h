@@ -28,6 +28,9 @@ std::string capsText(const std::string& format, Size size);
 // Smooth, with other values in each row and column; the same for the same number.
 Bytes frameBytes(std::size_t bytes, int number = 0);
 
+// Text of the next error or warning on the bus; empty when there is none.
+std::string messageOn(GstBus* bus, GstMessageType type);
+
 // A frame that comes out of the library, of a new camera for set-ups, with the layout's usual aims
 // or others.
 Bytes dewarped(Dewarper& dewarper, const Bytes& input);

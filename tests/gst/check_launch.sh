@@ -17,7 +17,7 @@ exports=$(nm -D --defined-only "$plugin" | awk '{print $3}' | LC_ALL=C sort | tr
     fail "the plugin exports $exports"
 
 inspected=$(gst-inspect-1.0 lumofe)
-for name in layout mount circle-x circle-y circle-radius panorama-offset pan1 tilt4 zoom2; do
+for name in layout mount circle-x circle-y circle-radius panorama-offset camera-file preset pan1 tilt4 zoom2; do
     echo "$inspected" | grep -q "^  $name  *: ." || fail "gst-inspect-1.0 does not describe $name"
 done
 
