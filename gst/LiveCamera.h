@@ -19,13 +19,14 @@ public:
     void close();
     bool isOpen() const { return dewarper_ != nullptr; }
 
-    // Takes up what changed since the last call. A layout or mounting that the sizes or the format
-    // do not suit is left until the camera is opened anew. Throws Error for a circle or
-    // camera's file that does not suit the input, once: the circle before stays, everything else is
-    // taken up.
+    // Of an open camera: takes up what changed since the last call. A layout or mounting that the
+    // sizes or the format do not suit is left until the camera is opened anew. Throws Error for a
+    // circle or camera's file that does not suit the input, once: the circle before stays,
+    // everything else is taken up. Is closed, and throws Error, when it had to start anew and
+    // another camera was faster to take the slot.
     void follow(const Settings& settings);
 
-    // Dewarps mapped frames of the sizes and the format that the camera was opened with.
+    // Of an open camera: dewarps mapped frames of the sizes and the format that it was opened with.
     void dewarp(const GstVideoFrame& input, GstVideoFrame& output);
 
 private:

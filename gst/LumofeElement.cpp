@@ -14,13 +14,19 @@
 namespace lumofe {
 namespace {
 
+// Why the element does not start, and the property that has to be set anew.
+struct Complaint {
+    guint property = 0;
+    std::string text;
+};
+
 // What the threads of one element share is guarded by the object's lock.
 struct State {
     Settings settings;                                // guarded
     Size output;                                      // guarded; none before the caps are known
     GstVideoFormat format = GST_VIDEO_FORMAT_UNKNOWN; // of the input; guarded
     Navigation navigation;                            // guarded
-    std::string complaint; // about a camera's file or preset, for start(); guarded
+    Complaint complaint; // about a camera's file or preset, for start(); guarded
 
     Settings negotiated; // what the output's caps were chosen for; streaming thread
     LiveCamera camera;   // streaming thread
@@ -68,14 +74,14 @@ GstBaseTransformClass* transformParent()
 
 // While caps are in force a property that cannot be changes nothing; before, the element does not
 // start.
-void complain(GObject* object, const std::string& text)
+void complain(GObject* object, guint id, const std::string& text)
 {
     bool running = false;
     {
         const ObjectLock lock(object);
         State& state = stateOf(object);
         running = state.format != GST_VIDEO_FORMAT_UNKNOWN;
-        if (!running) state.complaint = text;
+        if (!running) state.complaint = {id, text};
     }
     if (running) GST_ELEMENT_WARNING(object, LIBRARY, SETTINGS, ("%s", text.c_str()), (nullptr));
 }
@@ -92,11 +98,11 @@ void setPropertyOf(GObject* object, guint id, const GValue* value, GParamSpec* s
         if (!setProperty(state.settings, id, value, file))
             G_OBJECT_WARN_INVALID_PROPERTY_ID(object, id, spec);
         after = state.settings;
-        if (G_IS_PARAM_SPEC_STRING(spec)) state.complaint.clear();
+        if (state.complaint.property == id) state.complaint = {};
         const PixelFormat fed = fedAs(state.format);
         otherFormat = state.format != GST_VIDEO_FORMAT_UNKNOWN && fedFormat(after.view, fed) != fed;
     } catch (const Error& e) {
-        complain(object, e.what());
+        complain(object, id, e.what());
         return;
     }
     // A camera's file or preset changes others.
@@ -169,6 +175,7 @@ void beforeTransform(GstBaseTransform* base, GstBuffer* buffer)
 GstFlowReturn transformFrame(GstVideoFilter* filter, GstVideoFrame* in, GstVideoFrame* out)
 {
     LiveCamera& camera = stateOf(filter).camera;
+    if (!camera.isOpen()) return GST_FLOW_ERROR; // what closed it has been told
     try {
         camera.follow(settingsOf(filter));
     } catch (const Error& e) {
@@ -196,7 +203,7 @@ gboolean start(GstBaseTransform* base)
         const ObjectLock lock(base);
         const State& state = stateOf(base);
         const Settings& settings = state.settings;
-        complaint = state.complaint;
+        complaint = state.complaint.text;
         if (complaint.empty() && !settings.preset.empty() && !settings.camera)
             complaint =
                 "preset: '" + settings.preset + "' is one of a camera's file; set camera-file, too";

@@ -109,6 +109,8 @@ TEST(ElementCamera, WhatCannotBeReadDoesNotStart)
               std::string::npos);
     EXPECT_EQ(errorAtStart(camera.property() + " preset=desk"),
               camera.path() + ": there is no preset 'desk'; choose one of door, round");
+    EXPECT_NE(errorAtStart("camera-file=/nowhere/hall.json preset=door").find("/nowhere/hall.json"),
+              std::string::npos);
     EXPECT_EQ(errorAtStart("preset=door"),
               "preset: 'door' is one of a camera's file; set camera-file, too");
     EXPECT_EQ(errorAtStart("camera-file=-"), "camera-file: - is no file; give its name");

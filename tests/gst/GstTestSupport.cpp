@@ -147,6 +147,18 @@ GstFlowReturn Pipeline::push(GstBuffer* buffer)
     return gst_harness_push(harness_, buffer);
 }
 
+void Pipeline::stop()
+{
+    gst_element_set_state(element(), GST_STATE_READY);
+}
+
+void Pipeline::restart()
+{
+    gst_element_set_state(element(), GST_STATE_PLAYING);
+    // The element has forgotten it.
+    gst_pad_push_event(harness_->srcpad, gst_event_new_stream_start("again"));
+}
+
 Bytes Pipeline::pull()
 {
     GstBuffer* buffer = gst_harness_try_pull(harness_);

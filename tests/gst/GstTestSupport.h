@@ -71,6 +71,9 @@ public:
     GstFlowReturn push(const Bytes& frame);
     GstFlowReturn push(GstBuffer* buffer); // takes the reference
 
+    void stop();
+    void restart(); // caps must follow
+
     // The next frame that came out, as it lies in the buffer.
     Bytes pull();
     // push() and pull(); none when the push fails.

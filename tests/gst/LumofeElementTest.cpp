@@ -239,10 +239,15 @@ TEST(LumofeElement, TheSeventeenthFindsNoSlotUntilOneStops)
     EXPECT_NE(late.push(input), GST_FLOW_OK);
     EXPECT_NE(late.message(GST_MESSAGE_ERROR).find("all 16 camera slots"), std::string::npos);
 
-    gst_element_set_state(pipelines[4]->element(), GST_STATE_READY);
+    pipelines[4]->stop();
     Pipeline next;
     next.input("NV12");
     EXPECT_EQ(next.dewarp(input), expected);
+
+    next.stop();
+    pipelines[4]->restart();
+    pipelines[4]->input("NV12");
+    EXPECT_EQ(pipelines[4]->dewarp(input), expected) << "started again";
 }
 
 TEST(LumofeElement, ControllersSteerByTheFramesTime)
