@@ -19,6 +19,12 @@ constexpr double kWidestView = 240, kClosestView = 20;
 // The panorama's halves show half a turn each.
 constexpr double kHalfTurn = 180;
 
+// The wall's panorama cannot be turned, nor can the strip of the 360 layout.
+bool panoramaTurns(const Settings& settings)
+{
+    return settings.view == View::half180 && settings.mount != Mount::wall;
+}
+
 // The view at that place of the output, 1 and up; 0 for a panorama.
 int viewAt(View view, Size output, double x, double y)
 {
@@ -106,7 +112,7 @@ void Navigation::move(Settings& settings, Size output, double x, double y)
     // The layout may have changed since the button went down.
     if (drag_->view > 0 && drag_->view <= layoutRule(settings.view).views)
         shift(settings, drag_->view, viewSize(settings.view, output), right, down);
-    else if (settings.view == View::half180)
+    else if (panoramaTurns(settings))
         turnPanorama(settings, output, right);
 }
 

@@ -10,8 +10,8 @@
 namespace lumofe {
 
 // Positions are pixels of an output of the size given, fractions allowed. What is grabbed follows
-// the pointer about as fast as it moves: the view under it, in the 180 layout the panorama. The
-// strip of the 360 layout stays. Only Settings::now changes.
+// the pointer about as fast as it moves: the view under it, in the 180 layout of ceiling and floor
+// the panorama. The strip of the 360 layout stays. Only Settings::now changes.
 class Navigation {
 public:
     // The main button goes down: begins a drag. The second time within kDoubleClick and a few

@@ -91,6 +91,49 @@ TEST(ElementMouse, WhatIsDraggedFollowsThePointer)
     }
 }
 
+// Luma of that part of a frame.
+Bytes part(const Bytes& frame, Size size, Size at, Size partSize)
+{
+    Bytes bytes;
+    for (int y = at.height; y < at.height + partSize.height; ++y) {
+        const auto row = frame.begin() + y * size.width + at.width;
+        bytes.insert(bytes.end(), row, row + partSize.width);
+    }
+    return bytes;
+}
+
+TEST(ElementMouse, OfThe360LayoutOneViewIsDraggedAndTheStripStays)
+{
+    const Bytes input = blocks();
+    for (Mount mount : kMounts) {
+        SCOPED_TRACE(mountRule(mount).name);
+        // The wall's usual pan is at the end of what a view zoomed in reaches.
+        Pipeline pipeline(propertiesOf(View::ptz360, mount) + " pan2=15 zoom2=60");
+        pipeline.acceptOutput("video/x-raw, width=640");
+        pipeline.input("NV12", kLarge);
+        const Bytes before = pipeline.dewarp(input);
+        const Size size = pipeline.outputSize();
+        ASSERT_EQ(size.width, 640);
+        const Size view{320, size.height * 6 / 10}, strip{640, size.height / 4};
+        const Size second{320, 0}, below{0, size.height - strip.height};
+
+        pipeline.press(1, 100, size.height - 20);
+        pipeline.moveTo(120, size.height - 20);
+        pipeline.release(1, 120, size.height - 20);
+        EXPECT_EQ(pipeline.dewarp(input), before) << "dragged the strip";
+
+        pipeline.press(1, 480, 100);
+        pipeline.moveTo(492, 100);
+        const Bytes after = pipeline.dewarp(input);
+        EXPECT_GT(
+            moveBetween(part(before, size, second, view), part(after, size, second, view), view)
+                .right,
+            4);
+        EXPECT_EQ(part(after, size, {0, 0}, view), part(before, size, {0, 0}, view));
+        EXPECT_EQ(part(after, size, below, strip), part(before, size, below, strip));
+    }
+}
+
 // Where view 2 looks, as its properties tell.
 Aim secondAim(Pipeline& pipeline)
 {

@@ -181,6 +181,14 @@ TEST(Navigation, ThePanoramaTurnsWithThePointer)
     }
 }
 
+TEST(Navigation, ThePanoramaOfTheWallStays)
+{
+    Settings settings = settingsOf(View::half180, Mount::wall);
+    const Settings before = settings;
+    drag(settings, 400, 100, 200, 50);
+    EXPECT_EQ(settings, before);
+}
+
 TEST(Navigation, ALayoutThatChangesDuringADragIsSafe)
 {
     Settings settings = settingsOf(View::quad);
