@@ -4,10 +4,14 @@
 #include "Error.h"
 #include "FrameMemory.h"
 
+#include <cmath>
+#include <cstddef>
 #include <string>
 
 namespace lumofe {
 namespace {
+
+constexpr double kPanStep = 0.25; // degrees
 
 std::string text(Size size)
 {
@@ -105,6 +109,21 @@ void LiveCamera::dewarp(const GstVideoFrame& input, GstVideoFrame& output)
                       tightOut ? static_cast<std::uint8_t*>(GST_VIDEO_FRAME_PLANE_DATA(&output, 0))
                                : out_.data());
     if (!tightOut) unpackFrame(out_.data(), output);
+}
+
+PanReach LiveCamera::panReach() const
+{
+    PanReach reach = kUnlimitedReach;
+    const DewarperSetup& setup = dewarper_->setup();
+    // Settings that wait for other caps aim at other views.
+    if (setup.mount != Mount::wall || followed_.mount != setup.mount ||
+        followed_.view != setup.view)
+        return reach;
+    const std::vector<Aim> asked = followed_.aims(), shown = dewarper_->aims();
+    for (std::size_t i = 0; i < shown.size(); ++i)
+        if (std::abs(shown[i].pan) < std::abs(asked[i].pan) - kPanStep)
+            reach[i] = std::abs(shown[i].pan);
+    return reach;
 }
 
 } // namespace lumofe

@@ -29,6 +29,10 @@ public:
     // Of an open camera: dewarps mapped frames of the sizes and the format that it was opened with.
     void dewarp(const GstVideoFrame& input, GstVideoFrame& output);
 
+    // How far the views could pan in the last frame. Known of the wall's views that were asked for
+    // more: there it depends on the zoom and the input.
+    PanReach panReach() const;
+
 private:
     void start(const DewarperSetup& setup);
 

@@ -193,6 +193,9 @@ GstFlowReturn transformFrame(GstVideoFilter* filter, GstVideoFrame* in, GstVideo
         GST_ELEMENT_ERROR(filter, LIBRARY, FAILED, ("%s", e.what()), (nullptr));
         return GST_FLOW_ERROR;
     }
+    const PanReach reach = camera.panReach();
+    const ObjectLock lock(filter);
+    stateOf(filter).navigation.limitPan(reach);
     return GST_FLOW_OK;
 }
 

@@ -61,9 +61,10 @@ void store(ViewDirection& direction, const Aim& aim)
 }
 
 // Moves what the view shows by so many pixels.
-void shift(Settings& settings, int number, Size size, double right, double down)
+void shift(Settings& settings, int number, double reach, Size size, double right, double down)
 {
     Aim aim = settings.aim(number);
+    aim.pan = std::clamp(aim.pan, -reach, reach);
     const double across =
         kWidestView * std::pow(kClosestView / kWidestView, aim.zoom / 100); // degrees
     const double pan = across * right / size.width, tilt = across * down / size.height;
@@ -111,7 +112,8 @@ void Navigation::move(Settings& settings, Size output, double x, double y)
     drag_->y = y;
     // The layout may have changed since the button went down.
     if (drag_->view > 0 && drag_->view <= layoutRule(settings.view).views)
-        shift(settings, drag_->view, viewSize(settings.view, output), right, down);
+        shift(settings, drag_->view, reach_[std::size_t(drag_->view) - 1],
+              viewSize(settings.view, output), right, down);
     else if (panoramaTurns(settings))
         turnPanorama(settings, output, right);
 }

@@ -21,6 +21,9 @@ public:
     void release() { drag_.reset(); }
     void move(Settings& settings, Size output, double x, double y);
 
+    // Where views stopped in the last frame: drags begin there, not at a pan that is out of reach.
+    void limitPan(const PanReach& reach) { reach_ = reach; }
+
     // So many notches of the wheel; up is positive and zooms in.
     static void scroll(Settings& settings, Size output, double x, double y, double notches);
 
@@ -38,6 +41,7 @@ private:
 
     std::optional<Drag> drag_;
     std::optional<Click> lastClick_;
+    PanReach reach_ = kUnlimitedReach;
 };
 
 } // namespace lumofe

@@ -21,6 +21,10 @@ struct ViewDirection {
     bool operator==(const ViewDirection&) const = default;
 };
 
+// How far views can pan to either side, degrees; view 1 first.
+using PanReach = std::array<double, kMaxViews>;
+inline constexpr PanReach kUnlimitedReach{360, 360, 360, 360};
+
 struct Settings {
     View view = View::single;
     Mount mount = Mount::ceiling;

@@ -107,8 +107,8 @@ TEST(ElementMouse, OfThe360LayoutOneViewIsDraggedAndTheStripStays)
     const Bytes input = blocks();
     for (Mount mount : kMounts) {
         SCOPED_TRACE(mountRule(mount).name);
-        // The wall's usual pan is at the end of what a view zoomed in reaches.
-        Pipeline pipeline(propertiesOf(View::ptz360, mount) + " pan2=15 zoom2=60");
+        // On the wall the pan is out of reach.
+        Pipeline pipeline(propertiesOf(View::ptz360, mount) + " pan2=60 zoom2=60");
         pipeline.acceptOutput("video/x-raw, width=640");
         pipeline.input("NV12", kLarge);
         const Bytes before = pipeline.dewarp(input);

@@ -135,6 +135,36 @@ TEST(LiveCamera, ABadCircleIsToldOnceAndTheRestTakenUp)
     EXPECT_EQ(shown(camera, content, output), shown(there, content, output));
 }
 
+TEST(LiveCamera, TheWallTellsHowFarItsViewsPanned)
+{
+    const test::Bytes input = test::frameBytes(test::kInputBytes);
+    const Size output = defaultOutputSize(View::quad, Mount::wall, kInput);
+    Settings settings = settingsOf(View::quad, Mount::wall);
+    for (ViewDirection& view : settings.now.views)
+        view.pan = 0;
+    LiveCamera camera;
+    camera.open(settings, kInput, output, PixelFormat::nv12);
+    shown(camera, input, output);
+    EXPECT_EQ(camera.panReach(), kUnlimitedReach);
+
+    settings.now.views[1].pan = -90;
+    camera.follow(settings);
+    const test::Bytes far = shown(camera, input, output);
+    const double reach = camera.panReach()[1];
+    EXPECT_LT(reach, 90);
+    EXPECT_EQ(camera.panReach(), (PanReach{360, reach, 360, 360}));
+    shown(camera, input, output);
+    EXPECT_EQ(camera.panReach()[1], reach) << "a frame later";
+    settings.now.views[1].pan = -reach;
+    camera.follow(settings);
+    EXPECT_EQ(shown(camera, input, output), far);
+
+    settings.mount = Mount::ceiling;
+    camera.follow(settings);
+    shown(camera, input, output);
+    EXPECT_EQ(camera.panReach(), kUnlimitedReach);
+}
+
 TEST(LiveCamera, WhatCannotBeOpenedIsNot)
 {
     LiveCamera camera;

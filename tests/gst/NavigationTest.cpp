@@ -83,6 +83,21 @@ TEST(Navigation, ManySmallMovesAddUpToOne)
     EXPECT_NEAR(often.aim(1).tilt, once.aim(1).tilt, 1e-9);
 }
 
+TEST(Navigation, DragsBeginWhereTheLastFrameStopped)
+{
+    Settings settings = settingsOf(View::quad, Mount::wall);
+    settings.now.views[1].pan = 60;
+    settings.now.views[0].pan = -60;
+    Navigation mouse;
+    mouse.limitPan({20, 30, 40, 50});
+    mouse.press(settings, kOutput, 600, 100, 0);
+    mouse.move(settings, kOutput, 620, 100);
+    EXPECT_NEAR(settings.aim(2).pan, 30 - 12, 1e-9);
+    mouse.press(settings, kOutput, 100, 100, 0);
+    mouse.move(settings, kOutput, 80, 100);
+    EXPECT_NEAR(settings.aim(1).pan, -20 + 12, 1e-9);
+}
+
 TEST(Navigation, PanGoesRoundAndTiltEnds)
 {
     Settings settings = settingsOf(View::single);
