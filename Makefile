@@ -11,6 +11,7 @@ bench: setup
 	scripts/bench.sh
 
 check: setup
+	scripts/setup_extras.sh
 	scripts/check.sh
 
 demo: setup

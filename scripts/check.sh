@@ -1,10 +1,12 @@
 #!/bin/sh
 # Builds and runs every test for both word sizes: check.sh [PRESET...]
 #
-# Without presets: the release and the sanitized builds in full, then the golden hashes of unoptimised
-# and Clang builds, which must be the same, processors with fewer instructions, the instructions that a
-# frame takes, slots on threads, clang-tidy over the library, a while of fuzzing, the documentation,
-# which must build without warnings, the binary interface and the release's archives.
+# Without presets: the release and the sanitized builds in full, one of them with the viewer, the
+# GStreamer element and the Python module, then the golden hashes of unoptimised and Clang builds,
+# which must be the same, processors with fewer instructions, the instructions that a frame takes,
+# slots on threads, clang-tidy over the library, a while of fuzzing, the documentation, which must
+# build without warnings, the binary interface and the release's archives. The whole needs what
+# setup.sh and setup_extras.sh install.
 set -eu
 cd "$(dirname "$0")/.."
 
@@ -26,6 +28,10 @@ if [ $# != 0 ]; then
     exit
 fi
 
+# What is built on the library joins this build, which keeps the options, instead of the library's
+# being built once more for it.
+cmake --preset release-64 -DLUMOFE_BUILD_GSTREAMER=ON -DLUMOFE_BUILD_PYTHON=ON \
+    -DLUMOFE_BUILD_VIEWER=ON >/dev/null
 for preset in release-32 release-64 sanitize-32 sanitize-64; do
     run "$preset" all
 done
