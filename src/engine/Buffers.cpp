@@ -167,6 +167,7 @@ int FEDSP::MemoryAllocated_AccessCtr(int nInW, int nInH, int nScreenW, int nScre
     const auto plan = fe::planBuffers(*this, nInW, nInH, nScreenW, nScreenH);
     if (!plan) return 1;
 
+    fe::tablesChanged(*this);
     fe::FromHeap heap;
     for (int b = 0; b < fe::kBufferCount; ++b) {
         const fe::BufferSize& size = (*plan)[std::size_t(b)];
@@ -184,6 +185,7 @@ int FEDSP::MemoryAllocated_AccessCtr_DSP(int nInW, int nInH, int nScreenW, int n
     const auto plan = fe::planBuffers(*this, nInW, nInH, nScreenW, nScreenH);
     if (!plan || !pBlock) return 1;
 
+    fe::tablesChanged(*this);
     m_pBlock = pBlock;
     m_nBlockSize = nBlockSize;
     fe::FromBlock block{pBlock, pBlock + nBlockSize};

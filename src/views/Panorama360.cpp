@@ -4,6 +4,7 @@
 #include "engine/Numeric.h"
 #include "views/LayoutSizes.h"
 #include "views/Panorama.h"
+#include "views/TableForms.h"
 
 using fe::trunc32;
 
@@ -28,6 +29,7 @@ unsigned int FEDSP::AccessCtr_FE360(unsigned char* pIn, unsigned char* pOut, int
                                     int nScreenW, int nScreenH)
 {
     const fe::Strip strip = fe::stripSize({nInW, nInH, nScreenW, nScreenH});
+    if (m_bSetup) fe::tableChanged(*this, m_pMapTable); // by a host that calls this itself
     if (m_bModeChanged) fe::buildPanorama(*this);
     m_bModeChanged = 0;
 

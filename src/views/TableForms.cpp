@@ -3,6 +3,7 @@
 #include "views/TableForms.h"
 
 #include "engine/Buffers.h"
+#include "kernels/Sampling.h"
 #include "kernels/TickLines.h"
 #include "mapping/MapEntry.h"
 
@@ -53,7 +54,7 @@ std::size_t roomOf(const FEDSP& e, int number)
 struct PlanHeader {
     enum { kBeingMade, kMade, kRefused } state;
     int w, h, stride;
-    std::int64_t firstEntry;
+    const int* entries; // a host may have put another table in its place
     std::uint64_t rows, oddTiles;
 };
 constexpr std::size_t kHeaderBytes = 64;
@@ -77,18 +78,18 @@ void storeHeader(FEDSP& e, int number, const PlanHeader& header)
 // The plan for the picture's entries. It is made slice by slice in the frames that follow the first
 // one: while a view is being steered it would not pay, and no frame shall take much longer than
 // others. False while there is none.
-bool findPlan(FEDSP& e, int number, const int* entries, RemapPlan& plan, std::int64_t firstEntry)
+bool findPlan(FEDSP& e, int number, const int* entries, RemapPlan& plan)
 {
     const RemapOps& ops = remapOps(isaInUse());
     const std::size_t bytes = planBytes(plan.w, plan.h);
     if (!ops.planRow || bytes == 0 || kHeaderBytes + bytes > roomOf(e, number)) return false;
 
-    PlanHeader header{PlanHeader::kBeingMade, plan.w, plan.h, plan.stride, firstEntry, 0, 0};
+    PlanHeader header{PlanHeader::kBeingMade, plan.w, plan.h, plan.stride, entries, 0, 0};
     const PlanHeader wanted = header;
     const bool any = e.m_nPackedEntries[number] == kPlanned;
     if (any) header = loadHeader(e, number);
     if (!any || header.w != wanted.w || header.h != wanted.h || header.stride != wanted.stride ||
-        header.firstEntry != wanted.firstEntry) {
+        header.entries != wanted.entries) {
         storeHeader(e, number, wanted);
         return false;
     }
@@ -141,8 +142,8 @@ bool mapByTable(FEDSP& e, unsigned char* in, unsigned char* out, int* table,
     const int number = numberOf(e, table);
     const std::int64_t offset = firstEntry * std::int64_t(kMapEntryBytes / sizeof(int));
     RemapPlan plan{w, h, e.m_nPitch, e.m_nCapacity[kStaged], nullptr, 0, 0};
-    if (e.m_nFormat != FORMAT_RGB && in == e.m_pStaged && number != kNoTable &&
-        findPlan(e, number, table + offset, plan, firstEntry)) {
+    if (e.m_nFormat != FORMAT_RGB && in == e.m_pStaged && number != kNoTable && e.m_pMapWork &&
+        canMap(in, out, table, w, h, e.m_nPitch) && findPlan(e, number, table + offset, plan)) {
         mapPlanned(e, plan, table + offset, in,
                    placed ? *placed : wholePicture(out, e.m_nFormat, w, h));
         return placed != nullptr;
@@ -162,7 +163,7 @@ int* tableForFormat(FEDSP& e, int* table, std::int64_t entries)
 {
     if (e.m_nFormat != FORMAT_RGB) return table;
     const int number = numberOf(e, table);
-    if (number == kNoTable) return table;
+    if (number == kNoTable || !e.m_pMapWork) return table;
     int* copy = reinterpret_cast<int*>(placeOf(e, number));
     int& upToDate = e.m_nPackedEntries[number];
     if (upToDate >= entries) return copy;

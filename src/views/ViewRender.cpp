@@ -60,7 +60,10 @@ bool renderPair(FEDSP& e, const ViewRule (&rules)[2], const ViewLaw& law, ViewFr
         mapped = wholeFrame && isKnown(e.m_nFormat) &&
                  canMap(in, image, table, frame.viewW, frame.viewH, e.m_nPitch);
         if (isKnown(e.m_nFormat) && wholeFrame) {
-            const bool temporary = first ? !sharedTable : frame.imagesAreTemporary;
+            const bool temporary =
+                first ? !sharedTable && canMap(in, image, e.*rules[1].table, frame.viewW,
+                                               frame.viewH, e.m_nPitch)
+                      : frame.imagesAreTemporary;
             const auto direct = temporary ? directPlace(e, place, out) : std::nullopt;
             if (mapByTable(e, in, image, table, 0, frame.viewW, frame.viewH,
                            direct ? &*direct : nullptr))

@@ -2,6 +2,7 @@
 
 #include "Frames.h"
 #include "GuardedBuffer.h"
+#include "engine/Buffers.h"
 #include "kernels/Isa.h"
 #include "mapping/MapEntry.h"
 
@@ -66,8 +67,22 @@ TEST_F(TableForms, EverySetUpModeChangeAndReleaseDropsTheCopy)
     e.OnViewModeChange();
     EXPECT_EQ(e.m_nPackedEntries[0], 0);
     tableForFormat(e, e.m_pMapTable, 10);
+    e.MemoryAllocated_AccessCtr(640, 480, 320, 240); // clears the tables that are there
+    EXPECT_EQ(e.m_nPackedEntries[0], 0);
+    tableForFormat(e, e.m_pMapTable, 10);
+    Bytes block(1 << 20);
+    e.MemoryAllocated_AccessCtr_DSP(640, 480, 320, 240, block.data(), unsigned(block.size()));
+    EXPECT_EQ(e.m_nPackedEntries[0], 0);
+    tableForFormat(e, e.m_pMapTable, 10);
     e.DeleteAccess_ctr_Mem();
     EXPECT_EQ(e.m_nPackedEntries[0], 0);
+}
+
+TEST_F(TableForms, WithoutRoomForACopyTheTableItselfIsUsed)
+{
+    int* work = std::exchange(e.m_pMapWork, nullptr);
+    EXPECT_EQ(tableForFormat(e, e.m_pMapTable, 10), e.m_pMapTable);
+    e.m_pMapWork = work;
 }
 
 TEST_F(TableForms, StaleEntriesBeyondTheStagedFrameAreDropped)
@@ -261,6 +276,41 @@ TEST_F(PlannedView, AnotherPitchOrSizeMakesAnotherPlan)
 {
     EXPECT_TRUE(e.LumoAccessCtr_FEProc_VideoInput(0, 0, in.data(), out.data(), 640, 480,
                                                   FORMAT_NV12, false, 600));
+    EXPECT_FALSE(planned());
+}
+
+TEST_F(PlannedView, IsNotThatOfATableThatTookTheOthersPlace)
+{
+    std::vector<int> other(e.m_nCapacity[kMapTable] / sizeof(int)); // shows the first pixel only
+    int* table = std::exchange(e.m_pMapTable, other.data());
+    slot.frame(in, out);
+    EXPECT_TRUE(std::all_of(out.data(), out.data() + 640 * 480,
+                            [&](unsigned char byte) { return byte == in[0]; }));
+    e.m_pMapTable = table;
+}
+
+TEST_F(PlannedView, NullPointersDoNothing)
+{
+    const Bytes before = out.bytes();
+    e.AccessCtr_FESingleView(e.m_pStaged, nullptr, 640, 480, 640, 480);
+    unsigned char* staged = std::exchange(e.m_pStaged, nullptr);
+    e.AccessCtr_FESingleView(nullptr, out.data(), 640, 480, 640, 480);
+    e.m_pStaged = staged;
+    EXPECT_EQ(out.bytes(), before);
+    int* work = std::exchange(e.m_pMapWork, nullptr);
+    std::fill_n(out.data(), out.size(), 0);
+    e.AccessCtr_FESingleView(e.m_pStaged, out.data(), 640, 480, 640, 480);
+    e.m_pMapWork = work;
+    EXPECT_EQ(out.bytes(), before);
+}
+
+TEST_F(PlannedView, AHostThatRendersAPanoramaItselfDropsThePlanByASetUp)
+{
+    slot.update(2, 0);
+    settle();
+    ASSERT_TRUE(planned());
+    e.m_bSetup = 1;
+    e.AccessCtr_FE360(e.m_pStaged, out.data(), 640, 480, 640, 480);
     EXPECT_FALSE(planned());
 }
 

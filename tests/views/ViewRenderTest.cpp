@@ -122,6 +122,25 @@ TEST(RenderedQuad, SkipsImagesThatLaterViewsWriteOver)
     EXPECT_TRUE(leavesAnImage(out.data(), &FEDSP::AccessCtr_FEQuad34)) << "the last view";
 }
 
+// Then view 2 shows the image of view 1.
+TEST(RenderedQuad, KeepsTheFirstImageWhenThereIsNoTableForTheSecond)
+{
+    expectSameWithEveryIsa(kSeenBytes, [](unsigned char* hashes) {
+        TestSlot slot(320, 320, 320, 240);
+        FEDSP& e = slot.engine();
+        slot.update(kModeQuad, 0);
+        zoomIn(e);
+        Bytes in = patternFrame(320, 320, FORMAT_NV12);
+        OutputFrame out(320, 240);
+        for (int f = 0; f < kFrames; ++f)
+            slot.frame(in, out);
+        int* table = std::exchange(e.m_pSubMapA, nullptr);
+        e.AccessCtr_FEQuad12(e.m_pStaged, out.data(), 320, 320, 320, 240);
+        e.m_pSubMapA = table;
+        look(hashes, e, out);
+    });
+}
+
 // Views 3 and 4 share a table: the last view is mapped for itself only when that was built anew.
 class LastView : public testing::TestWithParam<std::tuple<FORMAT, int>> {};
 
