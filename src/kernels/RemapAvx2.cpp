@@ -85,12 +85,12 @@ struct Avx2Vectors {
         std::memcpy(&bytes, p, sizeof bytes);
         return _mm256_set1_epi32(bytes);
     }
-    // Four bytes from each entry's index. A broadcast costs a load and a blend goes anywhere, while
-    // an insertion waits for the one unit that shuffles.
-    static Vec gather(const unsigned char* src, const int* block)
+    // Four bytes from each entry's index and the offset on. A broadcast costs a load and a blend
+    // goes anywhere, while an insertion waits for the one unit that shuffles.
+    static Vec gather(const unsigned char* src, std::ptrdiff_t offset, const int* block)
     {
-        const auto at = [src, block](int entry) {
-            return broadcast32(src + indexOf(block, entry));
+        const auto at = [=](int entry) {
+            return broadcast32(src + (indexOf(block, entry) + offset));
         };
         Vec a = at(0), b = at(2);
         a = _mm256_blend_epi32(a, at(1), 0x02);
@@ -109,8 +109,8 @@ struct Avx2Vectors {
     static Vec pixelPairs(const unsigned char* src, std::ptrdiff_t rowBytes, const int* block,
                           int entry)
     {
-        const unsigned char* p = src + indexOf(block, entry);
-        const unsigned char* q = src + indexOf(block, entry + 4);
+        const unsigned char* p = src + (indexOf(block, entry) - 2);
+        const unsigned char* q = src + (indexOf(block, entry + 4) - 2);
         const Vec a = _mm256_blend_epi32(broadcast64(p), broadcast64(p + rowBytes), 0x0C);
         const Vec b = _mm256_blend_epi32(broadcast64(q), broadcast64(q + rowBytes), 0xC0);
         const __m128i order =

@@ -33,12 +33,19 @@ inline std::int32_t indexOf(const int* block, int entry)
     return index;
 }
 
+// Near the end of an array that is an address behind it, which no pointer may be computed to.
+template <class V>
+void prefetchAhead(const void* p, std::size_t bytes)
+{
+    V::prefetch(
+        reinterpret_cast<const unsigned char*>(reinterpret_cast<std::uintptr_t>(p) + bytes));
+}
+
 template <class V>
 void prefetchBlock(const int* entries, std::size_t ahead)
 {
-    const auto* bytes = reinterpret_cast<const unsigned char*>(entries) + ahead;
-    V::prefetch(bytes);
-    V::prefetch(bytes + 64);
+    prefetchAhead<V>(entries, ahead);
+    prefetchAhead<V>(entries, ahead + 64);
 }
 
 // The samples of a few entries, for all that are between them.
@@ -120,8 +127,8 @@ typename V::Vec lumaLanes(const unsigned char* src, const int* block, int stride
 {
     typename V::Vec fractions, indices;
     V::loadEntries(block, fractions, indices);
-    const auto top = V::gather(src - 2, block);
-    const auto bottom = V::gather(src - 2 + stride, block);
+    const auto top = V::gather(src, -2, block);
+    const auto bottom = V::gather(src, std::ptrdiff_t(stride) - 2, block);
     return interpolate<V>(V::upperWords(top, bottom), V::bothUpper(fractions),
                           verticalWeights<V>(V::bothLower(fractions)));
 }
@@ -185,9 +192,8 @@ template <class V>
 void prefetchPlan(const unsigned char* src, const fe::PlanBlock* blocks, std::size_t ahead)
 {
     constexpr std::size_t kBlocksAhead = 32;
-    const auto* bytes = reinterpret_cast<const unsigned char*>(blocks + kBlocksAhead);
     for (std::size_t line = 0; line < sizeof(fe::PlanBlock); line += 64)
-        V::prefetch(bytes + line);
+        prefetchAhead<V>(blocks, kBlocksAhead * sizeof(fe::PlanBlock) + line);
     for (std::size_t tile = 0; tile < fe::kTilesInBlock; tile += 2)
         V::prefetch(src + blocks[ahead].window[tile]);
 }
@@ -222,7 +228,7 @@ void mapPacked(const unsigned char* src, unsigned char* dst, const int* table, s
             // One pixel in each 128-bit lane: a double word for each of its bytes.
             typename V::Vec pixels[4];
             for (int p = 0; p < 4; ++p)
-                pixels[p] = interpolate<V>(V::pixelPairs(src - 2, rowBytes, lanes, p),
+                pixels[p] = interpolate<V>(V::pixelPairs(src, rowBytes, lanes, p),
                                            V::broadcast(fx, p), V::broadcast(weights, p));
             V::template storePixels<swapped>(dst + 3 * k, pixels);
         }

@@ -97,25 +97,23 @@ struct SseVectors {
         std::memcpy(&bytes, p, sizeof bytes);
         return _mm_cvtsi32_si128(bytes);
     }
-    // Four bytes from each entry's index.
-    static Vec gather(const unsigned char* src, const int* block)
+    // Four bytes from each entry's index and the offset on.
+    static Vec gather(const unsigned char* src, std::ptrdiff_t offset, const int* block)
     {
-        const Vec a =
-            _mm_unpacklo_epi32(load32(src + indexOf(block, 0)), load32(src + indexOf(block, 1)));
-        const Vec b =
-            _mm_unpacklo_epi32(load32(src + indexOf(block, 2)), load32(src + indexOf(block, 3)));
-        return _mm_unpacklo_epi64(a, b);
+        const auto at = [=](int entry) { return load32(src + (indexOf(block, entry) + offset)); };
+        return _mm_unpacklo_epi64(_mm_unpacklo_epi32(at(0), at(1)),
+                                  _mm_unpacklo_epi32(at(2), at(3)));
     }
     static Vec load64(const unsigned char* p)
     {
         return _mm_loadl_epi64(reinterpret_cast<const Vec*>(p));
     }
-    // The neighbours of one entry: a double word for each byte of a pixel, then nothing of use. The
-    // source is two bytes before the pixels.
+    // The neighbours of one entry: a double word for each byte of a pixel, then nothing of use. Two
+    // bytes before a pixel are loaded with it.
     static Vec pixelPairs(const unsigned char* src, std::ptrdiff_t rowBytes, const int* block,
                           int entry)
     {
-        const unsigned char* p = src + indexOf(block, entry);
+        const unsigned char* p = src + (indexOf(block, entry) - 2);
         const Vec rows = _mm_unpacklo_epi8(load64(p), load64(p + rowBytes));
         return _mm_unpacklo_epi8(_mm_srli_si128(rows, 4), _mm_srli_si128(rows, 10));
     }

@@ -24,7 +24,7 @@ struct Ssse3Vectors : SseVectors {
     static Vec pixelPairs(const unsigned char* src, std::ptrdiff_t rowBytes, const int* block,
                           int entry)
     {
-        const unsigned char* p = src + indexOf(block, entry);
+        const unsigned char* p = src + (indexOf(block, entry) - 2);
         return _mm_shuffle_epi8(
             _mm_unpacklo_epi64(load64(p), load64(p + rowBytes)),
             _mm_setr_epi8(2, 5, 10, 13, 3, 6, 11, 14, 4, 7, 12, 15, -1, -1, -1, -1));
