@@ -7,7 +7,9 @@
 #include <FEDSP.h>
 #include <chrono>
 #include <cmath>
+#include <cstddef>
 #include <cstring>
+#include <limits>
 #include <string>
 
 namespace lumofe {
@@ -94,6 +96,21 @@ void blacken(std::uint8_t* frame, const DewarperSetup& setup)
     std::memset(frame + luma, 128, bytes - luma);
 }
 
+struct Point {
+    float x;
+    float y;
+};
+
+// Where an entry of a mapping table samples an input of that many pixels a row.
+Point sourceOf(const int* entry, int pitch)
+{
+    constexpr float none = std::numeric_limits<float>::quiet_NaN();
+    if (entry[0] == 0 && entry[1] == 0) return {none, none};
+    const unsigned fractions = static_cast<unsigned>(entry[0]);
+    return {float(entry[1] % pitch) + float(fractions >> 16) / 256,
+            float(entry[1] / pitch) + float(fractions & 0xFFFF) / 256};
+}
+
 } // namespace
 
 Dewarper::Dewarper(const DewarperSetup& setup)
@@ -108,6 +125,7 @@ void Dewarper::open()
     check("these sizes",
           Initialize(slot(), setup_.input.width, setup_.input.height, setup_.output.width,
                      setup_.output.height, libraryFormat(setup_.format)));
+    rendered_ = false;
     update(1, {});
     if (setup_.panoOffset != 0) turnPanorama(setup_.panoOffset);
 }
@@ -224,6 +242,29 @@ Aim Dewarper::directionOf(int x, int y) const
     return aim;
 }
 
+std::vector<float> Dewarper::sourceMap() const
+{
+    if (setup_.view != View::single)
+        throw Error("only the single view tells where its pixels come from");
+    if (!rendered_) throw Error("no frame was dewarped yet that tells where its pixels come from");
+    const auto [width, height] = setup_.output;
+    const FEDSP& engine = *m_FEDSP[slot()];
+    // Finished pictures of the other mountings are turned over.
+    const bool bottomFirst = setup_.mount != Mount::ceiling;
+    std::vector<float> map;
+    map.reserve(2 * std::size_t(width) * std::size_t(height));
+    for (int y = 0; y < height; ++y) {
+        const int row = bottomFirst ? height - 1 - y : y;
+        const int* entry = engine.m_pMapTable + 2 * std::ptrdiff_t(row) * width;
+        for (const int* end = entry + 2 * width; entry != end; entry += 2) {
+            const Point source = sourceOf(entry, engine.m_nPitch);
+            map.push_back(source.x);
+            map.push_back(source.y);
+        }
+    }
+    return map;
+}
+
 bool Dewarper::turnsOver() const
 {
     return setup_.upright && setup_.view == View::half180 && setup_.mount == Mount::ceiling;
@@ -295,6 +336,7 @@ void Dewarper::process(const std::uint8_t* in, std::uint8_t* out, RowOrder order
         aimed_ = true;
     }
     check("the frame", status);
+    rendered_ = true;
     turnUpright(out);
 }
 

@@ -73,6 +73,11 @@ public:
     // the layout's own pan: see aim().
     Aim directionOf(int x, int y) const;
 
+    // Where the last frame's output shows the input: x and y in input pixels, the middle of the
+    // first one being 0, 0, for each output pixel in turn; not a number where it shows nothing.
+    // Single view only. Throws Error before the first frame, and after setCircle() until the next.
+    std::vector<float> sourceMap() const;
+
     // Bytes of a frame in the set-up's format, without padding.
     std::size_t inputBytes() const { return in_.size(); }
     std::size_t outputBytes() const { return out_.size(); }
@@ -110,8 +115,9 @@ private:
     mutable IFishEye fishEye_;     // has no state of its own
     std::vector<std::uint8_t> in_; // in the library's layout
     std::vector<std::uint8_t> out_;
-    bool aimed_ = false;   // since the last frame
-    bool stepped_ = false; // likewise
+    bool aimed_ = false;    // since the last frame
+    bool stepped_ = false;  // likewise
+    bool rendered_ = false; // a frame, so that there is a table
 };
 
 } // namespace lumofe

@@ -67,11 +67,13 @@ std::vector<AimTuple> toTuples(const std::vector<Aim>& aims)
 // A camera and the shapes of its frames.
 struct PyCamera : SharedCamera {
     explicit PyCamera(const DewarperSetup& setup)
-        : SharedCamera(setup), inputShape(frameShape(setup.input, setup.format)),
+        : SharedCamera(setup), output(setup.output),
+          inputShape(frameShape(setup.input, setup.format)),
           outputShape(frameShape(setup.output, setup.format))
     {
     }
 
+    Size output;
     std::vector<py::ssize_t> inputShape;
     std::vector<py::ssize_t> outputShape;
 };
@@ -87,6 +89,17 @@ py::object dewarp(PyCamera& camera, const py::object& frame, const py::object& o
         camera.dewarp(input, output);
     }
     return result;
+}
+
+py::object sourceMap(const PyCamera& camera)
+{
+    std::vector<float> map;
+    {
+        const py::gil_scoped_release withoutGil;
+        map = camera.sourceMap();
+    }
+    const auto [width, height] = camera.output;
+    return py::array_t<float>(std::vector<py::ssize_t>{height, width, 2}, map.data());
 }
 
 // The two chroma planes of YV12 stand the other way round in a Frame420.
@@ -264,6 +277,7 @@ void addCamera(py::module_& module)
                                [](const PyCamera& c) { return py::tuple(py::cast(c.inputShape)); })
         .def_property_readonly("output_shape",
                                [](const PyCamera& c) { return py::tuple(py::cast(c.outputShape)); })
+        .def("source_map", &sourceMap)
         .def("dewarp", &dewarp, py::arg("frame"), py::arg("out") = py::none());
 }
 

@@ -129,6 +129,12 @@ Aim SharedCamera::directionOf(int x, int y) const
     return open().directionOf(x, y);
 }
 
+std::vector<float> SharedCamera::sourceMap() const
+{
+    const std::scoped_lock lock(mutex_);
+    return open().sourceMap();
+}
+
 void SharedCamera::dewarp(const std::uint8_t* input, std::uint8_t* output)
 {
     const std::scoped_lock lock(mutex_);

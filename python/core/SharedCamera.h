@@ -46,6 +46,7 @@ public:
     void setCircle(const Circle& circle);
     Circle circle() const;
     Aim directionOf(int x, int y) const;
+    std::vector<float> sourceMap() const;
 
     // Of the set-up's input and output size and format, top row first, RGB with red first.
     // Converted frames are copied, others read where they are.

@@ -272,6 +272,23 @@ class Camera:
         check_range("y", y, 0, self._input[1] - 1, "pixels")
         return self._core.direction_of(x, y)
 
+    def source_map(self) -> NDArray[np.float32]:
+        """Where each pixel of the last dewarped frame lies in the input: (height, width, 2).
+
+        [row, column] holds x and y, input pixels from the left and from the top, to 1/256; NaN
+        where the view shows nothing of the input. Single view only; it holds until the next frame
+        after the view or the circle was moved.
+
+        Raises ValueError in other layouts, RuntimeError when no frame was dewarped since the
+        camera was made or its circle set.
+        """
+        if self._layout != "single":
+            raise ValueError(
+                f"source_map: layout {self._layout!r} has none; make a camera of layout 'single' "
+                "for each view"
+            )
+        return self._core.source_map()
+
     def _output_size(self, size: Optional[tuple[int, int]]) -> tuple[int, int]:
         if size is None:
             return _core.default_size(self._view, self._mount, self._input)

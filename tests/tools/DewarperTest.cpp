@@ -323,6 +323,45 @@ TEST(Dewarper, AViewAimedAtADirectionShowsThatSpot)
     }
 }
 
+TEST(Dewarper, TellsWhereItsPixelsComeFrom)
+{
+    const Frame420 input = toFrame420(test::scene(Mount::ceiling));
+    for (const Mount mount : kMounts) {
+        Dewarper dewarper(setupFor(mount, PixelFormat::nv12));
+        dewarper.aim({10, mount == Mount::floor ? -40.0 : 40.0, 30});
+        const Frame420 view = dewarper.dewarp(input);
+        const std::vector<float> map = dewarper.sourceMap();
+        ASSERT_EQ(map.size(), 2u * 800 * 600);
+        for (const std::size_t pixel : {80150u, 240400u, 400700u}) {
+            const double x = double(map[2 * pixel]), y = double(map[2 * pixel + 1]);
+            const auto luma = [&](int dx, int dy) {
+                return double(input.bytes[std::size_t((int(y) + dy) * 1280 + int(x) + dx)]);
+            };
+            const double right = x - std::floor(x), below = y - std::floor(y);
+            const double upper = luma(0, 0) * (1 - right) + luma(1, 0) * right;
+            const double lower = luma(0, 1) * (1 - right) + luma(1, 1) * right;
+            EXPECT_NEAR(view.bytes[pixel], upper * (1 - below) + lower * below, 2);
+        }
+    }
+}
+
+TEST(Dewarper, TellsWhereItsPixelsComeFromOfAFrameOfTheSingleViewOnly)
+{
+    const Frame420 input = toFrame420(test::scene(Mount::ceiling));
+    Dewarper single(setupFor(Mount::ceiling, PixelFormat::nv12));
+    const auto error = [](const Dewarper& dewarper) {
+        return test::errorOf([&] { (void)dewarper.sourceMap(); });
+    };
+    EXPECT_EQ(error(single), "no frame was dewarped yet that tells where its pixels come from");
+    single.dewarp(input);
+    EXPECT_EQ(error(single), "");
+    single.setCircle({600, 640, 600});
+    EXPECT_EQ(error(single), "no frame was dewarped yet that tells where its pixels come from");
+    Dewarper quad(setupOf(View::quad, Mount::ceiling));
+    quad.dewarp(input);
+    EXPECT_EQ(error(quad), "only the single view tells where its pixels come from");
+}
+
 TEST(Dewarper, SixteenWorkSideBySide)
 {
     const Frame420 input = toFrame420(test::scene(Mount::ceiling));
