@@ -3,7 +3,7 @@
 set -eu
 cd "$1"
 status=0
-for page in *.md */*.md; do
+for page in *.md */*.md docs/*/*.md; do
     # Code is no link, though some of it looks like one.
     for link in $(sed -e '/^```/,/^```/d' -e 's/`[^`]*`//g' "$page" |
         grep -o ']([^)]*)' | sed -e 's/^](//' -e 's/)$//' -e 's/#.*//'); do
