@@ -21,7 +21,7 @@ for mount in ceiling wall floor; do
     build/release-32/bin/draw_directions $mount docs/pictures/directions-$mount.jpg
 done
 build/release-32/bin/draw_cut_circle docs/pictures/calibrate-input.jpg
-$lumofe calibrate docs/pictures/calibrate-input.jpg -o docs/pictures/calibrate-overlay.jpg >/dev/null
+$lumofe calibrate docs/pictures/calibrate-input.jpg -o docs/pictures/calibrate-overlay.jpg --force >/dev/null
 
 # The sheets of docs/parameters.md and docs/recipes/: what to show is put on a list, picture by picture.
 for mount in ceiling wall floor; do
