@@ -104,8 +104,13 @@ void CBilinear::Bilinear_NV12_C(unsigned char* pSrc, unsigned char* pDst, int* p
     TickLines ticks("Bilinear_NV12_C");
     const unsigned char* chroma = pSrc + std::ptrdiff_t(nStride) * nInH;
     unsigned char* dst = pDst + std::size_t(nOutW) * std::size_t(nOutH);
+    const bool grouped = isaInUse() != Isa::plain;
     mapPlanes(pSrc, pDst, pTbl, nOutW, nOutH, nStride,
               [=](std::size_t first, const std::int32_t* pairs, std::size_t n) {
+                  if (grouped) {
+                      copyPairs(pairs, n, chroma, dst + 2 * first);
+                      return;
+                  }
                   for (std::size_t k = 0; k < n; ++k)
                       std::memcpy(dst + 2 * (first + k), chroma + 2 * std::ptrdiff_t(pairs[k]), 2);
               });

@@ -176,26 +176,6 @@ void blankTile(PlanBlock& block, std::size_t tile)
     std::memset(block.fy + first, 0, 4);
 }
 
-// Copies pairs of chroma, four at a time: a store for each would take longer than the rest.
-void copyPairs(const std::int32_t* indices, std::size_t count, const unsigned char* src,
-               unsigned char* dst)
-{
-    const auto pair = [=](std::size_t t) {
-        std::uint16_t bytes;
-        std::memcpy(&bytes, src + 2 * std::ptrdiff_t(indices[t]), sizeof bytes);
-        return std::uint32_t(bytes);
-    };
-    std::size_t t = 0;
-    for (; t + 4 <= count; t += 4) {
-        const std::uint32_t first = pair(t) | pair(t + 1) << 16;
-        const std::uint32_t second = pair(t + 2) | pair(t + 3) << 16;
-        const std::uint64_t four = first | std::uint64_t(second) << 32;
-        std::memcpy(dst + 2 * t, &four, sizeof four);
-    }
-    for (; t < count; ++t)
-        std::memcpy(dst + 2 * t, src + 2 * std::ptrdiff_t(indices[t]), 2);
-}
-
 // Copies the samples with these indices to a row of chroma and on, `column` samples from its start.
 void copyChroma(const std::int32_t* indices, std::size_t count, const PlanarSource& src,
                 const PlanarPicture& dst, std::size_t row, std::size_t column)

@@ -1,6 +1,7 @@
 #include "Capture.h"
 #include "Frames.h"
 #include "GuardedBuffer.h"
+#include "Isas.h"
 #include "mapping/MapEntry.h"
 
 #include <gtest/gtest.h>
@@ -168,6 +169,26 @@ TEST(WholeFrame, OddSourceHeightsRoundTheSecondPlanesOffsetDown)
     EXPECT_EQ(out[5], 3);
     CBilinear().Bilinear_YV12_S(source.data(), out.data(), table.data(), 5, 5, 2, 2, 0);
     EXPECT_EQ(out[4], 4);
+}
+
+// Widths on both sides of where a row's chroma is copied in pieces.
+TEST(WholeFrame, EveryWidthHasTheSameChromaWithEveryInstructionSet)
+{
+    constexpr int kStride = 40, kRows = 30, kH = 3;
+    GuardedBuffer source(kStride * kRows * 3 / 2);
+    for (std::size_t i = 0; i < source.size(); ++i)
+        source.data()[i] = static_cast<unsigned char>(i * 2654435761u >> 13);
+    for (int w = 1; w < 300; w = w == 40 ? 120 : w == 140 ? 250 : w + 1) {
+        SCOPED_TRACE(w);
+        Table table(w * kH);
+        for (int k = 0; k < w * kH; ++k)
+            table.set(std::size_t(k), 0x80, 0x40, k * 37 % (kStride * (kRows - 2)));
+        const std::size_t pairs = std::size_t((w + 1) / 2 * ((kH + 1) / 2));
+        expectSameWithEveryIsa(std::size_t(w * kH) + 2 * pairs, [&](unsigned char* out) {
+            const StdoutCapture quiet;
+            CBilinear().Bilinear_NV12_C(source.data(), out, table.data(), 0, kRows, w, kH, kStride);
+        });
+    }
 }
 
 TEST(WholeFrame, PrintsTwoTimingLinesWithNoEmptyPixels)
