@@ -97,7 +97,7 @@ std::vector<Node> nodesOf(const CommandHelp& command, const std::string& name)
     return all;
 }
 
-std::string quoted(const std::string& text)
+std::string shellWord(const std::string& text)
 {
     return "'" + text + "'";
 }
@@ -106,7 +106,7 @@ std::string actionOf(const ArgumentHelp& argument)
 {
     switch (completes(argument)) {
     case Completes::choices:
-        return "_lumofe_words " + quoted(joined(argument.choices, " "));
+        return "_lumofe_words " + shellWord(joined(argument.choices, " "));
     case Completes::files:
         return "_lumofe_files";
     case Completes::presets:
@@ -139,15 +139,15 @@ std::string patternOf(const Node& node, const ArgumentHelp& argument)
 {
     std::vector<std::string> patterns;
     for (const std::string& name : argument.names)
-        patterns.push_back(quoted(node.name + " " + name));
+        patterns.push_back(shellWord(node.name + " " + name));
     return joined(patterns, " | ");
 }
 
 void writeValues(std::ostream& script, const Node& node)
 {
     if (!node.command->subcommands.empty())
-        script << "        " << quoted(node.name + " #0") << ") _lumofe_words "
-               << quoted(subcommandNames(*node.command)) << " ;;\n";
+        script << "        " << shellWord(node.name + " #0") << ") _lumofe_words "
+               << shellWord(subcommandNames(*node.command)) << " ;;\n";
     int position = 0;
     for (const ArgumentHelp& argument : node.command->arguments) {
         const std::string number = argument.positional ? std::to_string(position++) : "";
@@ -157,9 +157,9 @@ void writeValues(std::ostream& script, const Node& node)
         if (!argument.positional)
             script << patternOf(node, argument);
         else if (argument.repeats)
-            script << quoted(node.name + " #") << "*";
+            script << shellWord(node.name + " #") << "*";
         else
-            script << quoted(node.name + " #" + number);
+            script << shellWord(node.name + " #" + number);
         script << ") " << action << " ;;\n";
     }
 }
@@ -171,7 +171,7 @@ std::string bashCompletion(const CommandHelp& tool)
     const std::vector<Node> nodes = nodesOf(tool, "");
     std::vector<std::string> commands, takers;
     for (const Node& node : nodes) {
-        if (!node.name.empty()) commands.push_back(quoted(node.name));
+        if (!node.name.empty()) commands.push_back(shellWord(node.name));
         for (const ArgumentHelp& argument : node.command->arguments)
             if (!argument.positional && !argument.value.empty())
                 takers.push_back(patternOf(node, argument));
@@ -181,8 +181,8 @@ std::string bashCompletion(const CommandHelp& tool)
            << kAfterCommands << "            " << joined(takers, " | \\\n                ") << ")\n"
            << kAfterOptions;
     for (const Node& node : nodes)
-        script << "            " << quoted(node.name) << ") _lumofe_words "
-               << quoted(optionNames(*node.command)) << " ;;\n";
+        script << "            " << shellWord(node.name) << ") _lumofe_words "
+               << shellWord(optionNames(*node.command)) << " ;;\n";
     script << kAfterNames;
     for (const Node& node : nodes)
         writeValues(script, node);

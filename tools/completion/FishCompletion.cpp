@@ -29,7 +29,7 @@ end
 complete -c lumofe -f
 )sh";
 
-std::string quoted(const std::string& text)
+std::string shellWord(const std::string& text)
 {
     std::string result = "'";
     for (const char c : text) {
@@ -44,7 +44,7 @@ std::string actionOf(const ArgumentHelp& argument)
 {
     switch (completes(argument)) {
     case Completes::choices:
-        return " -a " + quoted(joined(argument.choices, " "));
+        return " -a " + shellWord(joined(argument.choices, " "));
     case Completes::files:
         return " -F";
     case Completes::presets:
@@ -67,7 +67,7 @@ void writeArgument(std::ostream& script, const ArgumentHelp& argument, const std
         script << (name.starts_with("--") ? " -l " + name.substr(2) : " -s " + name.substr(1));
     if (!argument.value.empty())
         script << (completes(argument) == Completes::files ? " -r" : " -x") << action;
-    script << " -d " << quoted(summary(argument)) << '\n';
+    script << " -d " << shellWord(summary(argument)) << '\n';
 }
 
 // `condition` holds where the command was given.
@@ -81,11 +81,11 @@ void writeCommand(std::ostream& script, const CommandHelp& command, const std::s
     std::string here = condition;
     if (!names.empty()) here = given + "not " + some + joined(names, " ");
 
-    const std::string start = "complete -c lumofe -n " + quoted(here);
+    const std::string start = "complete -c lumofe -n " + shellWord(here);
     for (const ArgumentHelp& argument : command.arguments)
         writeArgument(script, argument, start);
     for (const CommandHelp& below : command.subcommands)
-        script << start << " -a " << below.name << " -d " << quoted(below.description) << '\n';
+        script << start << " -a " << below.name << " -d " << shellWord(below.description) << '\n';
     for (const CommandHelp& below : command.subcommands)
         writeCommand(script, below, given + some + below.name);
 }

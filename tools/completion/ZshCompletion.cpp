@@ -39,7 +39,7 @@ fi
 )sh";
 
 // Text in single quotes, for a place where `special` characters mean something.
-std::string quoted(const std::string& text, const char* special)
+std::string escaped(const std::string& text, const char* special)
 {
     std::string result;
     for (const char c : text) {
@@ -79,9 +79,9 @@ void writeSpecs(std::ostream& script, const ArgumentHelp& argument)
     for (const std::string& name : argument.names) {
         script << "    '*" << name;
         if (!argument.value.empty()) script << (name.starts_with("--") ? '=' : '+');
-        script << '[' << quoted(summary(argument), kSpecial) << ']';
+        script << '[' << escaped(summary(argument), kSpecial) << ']';
         if (!argument.value.empty())
-            script << ':' << quoted(argument.value, kSpecial) << ':' << actionOf(argument);
+            script << ':' << escaped(argument.value, kSpecial) << ':' << actionOf(argument);
         script << "' \\\n";
     }
 }
@@ -101,7 +101,7 @@ void writeFunction(std::ostream& script, const CommandHelp& command, const std::
     }
     script << "    '1:command:((";
     for (const CommandHelp& below : command.subcommands)
-        script << below.name << "\\:\"" << quoted(below.description, ":\"\\") << "\" ";
+        script << below.name << "\\:\"" << escaped(below.description, ":\"\\") << "\" ";
     script << "))' \\\n    '*::argument:->arguments' && return 0\n  case $line[1] in\n";
     for (const CommandHelp& below : command.subcommands)
         script << "    " << below.name << ") " << function << '_' << below.name << " ;;\n";
