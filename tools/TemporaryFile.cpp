@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <mutex>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -17,12 +18,13 @@ namespace {
 
 constexpr int kSignals[] = {SIGINT, SIGTERM, SIGHUP};
 
-// Paths of the temporary files that there are, for the signal handler.
+// Paths of the temporary files that there are, for the signal handler. Threads take turns.
 struct Guarded {
     char path[4096];
     volatile std::sig_atomic_t exists;
 };
 Guarded guarded[8];
+std::mutex guardedMutex;
 
 void removeAndDie(int signal)
 {
@@ -41,6 +43,7 @@ void handleSignals(void (*handler)(int))
 
 void guard(const std::string& path)
 {
+    const std::lock_guard lock(guardedMutex);
     for (Guarded& file : guarded) {
         if (file.exists || path.size() >= sizeof file.path) continue;
         std::memcpy(file.path, path.c_str(), path.size() + 1);
@@ -52,6 +55,7 @@ void guard(const std::string& path)
 
 void forget(const std::string& path)
 {
+    const std::lock_guard lock(guardedMutex);
     bool others = false;
     for (Guarded& file : guarded) {
         if (file.exists && path == file.path) file.exists = 0;
