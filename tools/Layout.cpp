@@ -20,7 +20,6 @@ constexpr LayoutRule kRules[] = {
 
 constexpr int kWidestWallZoom = 10;
 constexpr int kPanoramaColumns = 1080;
-constexpr double kUpperPart = 1.538; // height of the 360 frame over that of its upper views
 
 // Steps of a composing frame's width and height, pixels.
 Size sizeStep(View view, Mount mount)

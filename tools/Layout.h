@@ -14,6 +14,9 @@ enum class PixelFormat { nv12, yv12, rgb };
 
 inline constexpr int kMaxViews = 4;
 
+// Height of the 360 layout's picture over that of its perspective views.
+inline constexpr double kUpperPart = 1.538;
+
 struct ZoomRange {
     int widest;
     int closest;

@@ -66,6 +66,9 @@ std::vector<std::string> words(const std::string& text);
 // --pan, --tilt, --zoom, --ptz and --pano-offset.
 void addSteering(CLI::App& app, RenderOptions& options);
 
+// --camera and --preset.
+void addCameraFile(CLI::App& app, RenderOptions& options);
+
 // INPUT and --output of a command that renders.
 void addInputAndOutput(CLI::App& app, RenderOptions& options);
 

@@ -72,17 +72,7 @@ void addRender(CLI::App& app)
               "HOW");
     addMount(render, o.mount);
     addCircle(render, o.circle);
-    render
-        .add_option("--camera", o.cameraPath,
-                    "File of the camera (see lumofe camera --help): its circle,\n"
-                    "mounting and layout hold where these options are not given,\n"
-                    "and the input must have its size; e.g. hall.json")
-        ->type_name("FILE");
-    render
-        .add_option("--preset", o.preset,
-                    "Position of the views by its name in the --camera file; --pan,\n"
-                    "--tilt, --zoom, --ptz and --pano-offset change it; e.g. door")
-        ->type_name("NAME");
+    addCameraFile(render, o);
     render.add_flag("--tour", o.tour,
                     "Follow the tour in the --camera file. A still becomes a video of\n"
                     "one round at 25 frames a second, unless --frames says otherwise");

@@ -40,6 +40,19 @@ void addSteering(CLI::App& app, RenderOptions& o)
               "DEG");
 }
 
+void addCameraFile(CLI::App& app, RenderOptions& o)
+{
+    app.add_option("--camera", o.cameraPath,
+                   "File of the camera (see lumofe camera --help): its circle,\n"
+                   "mounting and layout hold where these options are not given,\n"
+                   "and the input must have its size; e.g. hall.json")
+        ->type_name("FILE");
+    app.add_option("--preset", o.preset,
+                   "Position of the views by its name in the --camera file; --pan,\n"
+                   "--tilt, --zoom, --ptz and --pano-offset change it; e.g. door")
+        ->type_name("NAME");
+}
+
 void addInputAndOutput(CLI::App& app, RenderOptions& o)
 {
     app.add_option("INPUT", o.input,
