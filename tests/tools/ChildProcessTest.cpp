@@ -49,6 +49,17 @@ TEST(ChildProcess, TellsExitStatusAndProcessorTime)
     EXPECT_EQ(killed.wait(), 128 + SIGTERM);
 }
 
+TEST(ChildProcess, TakesSignalsThatThisProgramHoldsBack)
+{
+    sigset_t held, before;
+    sigemptyset(&held);
+    sigaddset(&held, SIGTERM);
+    pthread_sigmask(SIG_BLOCK, &held, &before);
+    ChildProcess child(shell("kill -TERM $$"), {});
+    pthread_sigmask(SIG_SETMASK, &before, nullptr);
+    EXPECT_EQ(child.wait(), 128 + SIGTERM);
+}
+
 TEST(ChildProcess, MissingProgramsAreNamed)
 {
     const std::string error = test::errorOf([] { ChildProcess({"/none/ffmpeg", "-x"}, {}); });

@@ -53,6 +53,9 @@ Descriptor ourEnd(Descriptor end)
     if (getppid() != parent) _exit(1);
     for (int signal : {SIGPIPE, SIGINT, SIGTERM, SIGHUP})
         std::signal(signal, SIG_DFL);
+    sigset_t none;
+    sigemptyset(&none);
+    sigprocmask(SIG_SETMASK, &none, nullptr);
     // Out of the way first: any of them may have one of the numbers that are assigned.
     std::array<int, 4> moved = descriptors;
     for (int& descriptor : moved)
