@@ -60,7 +60,11 @@ for bits in "$@"; do
     esac
     cmake --preset "release-$bits" -U 'CMAKE_INSTALL_*' >/dev/null
     cmake --build --preset "release-$bits" --target LumoFESDK lumofe man_page -- --quiet >&2
-    cmake --install "build/release-$bits" --prefix "$scratch/$machine" --strip >/dev/null
+    # Not what else the build may have been configured for.
+    for component in runtime development tools; do
+        cmake --install "build/release-$bits" --component $component \
+            --prefix "$scratch/$machine" --strip >/dev/null
+    done
     (cd "$scratch/$machine" && find . -type f -printf '%P\n') |
         pack "$name-linux-$machine" "$scratch/$machine"
 done
