@@ -140,3 +140,8 @@ done
 put "quad rgb, exact" ceiling 480x360 --view quad --format rgb --exact-format
 put "360 rgb, exact" ceiling 480x268 --view 360 --format rgb --exact-format
 sheet parameter-format --columns 5 --width 200
+
+# The viewer's, which needs what setup_extras.sh installs.
+cmake --preset extras-64 >/dev/null
+cmake --build --preset extras-64 --target draw_viewer -- --quiet
+build/extras-64/bin/draw_viewer "$scene" docs/pictures/viewer.jpg
