@@ -59,7 +59,7 @@ for bits in "$@"; do
         ;;
     esac
     cmake --preset "release-$bits" -U 'CMAKE_INSTALL_*' >/dev/null
-    cmake --build --preset "release-$bits" --target LumoFESDK lumofe man_page -- --quiet >&2
+    cmake --build --preset "release-$bits" --target LumoFESDK lumofe man_page completions -- --quiet >&2
     # Not what else the build may have been configured for.
     for component in runtime development tools; do
         cmake --install "build/release-$bits" --component $component \
