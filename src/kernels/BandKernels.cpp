@@ -24,8 +24,7 @@ int mapBand(const unsigned char* src, unsigned char* dst, const int* table, int 
     const std::size_t first = std::size_t(line) * rowLength;
     const std::size_t count = std::size_t(end - line) * rowLength;
     const int* band = table + 2 * first;
-    constexpr std::size_t kAhead = 2048; // bytes
-    remapOps(isaInUse()).luma(src, dst + first, band, count, inW, reachOf(band, count), kAhead);
+    remapOps(isaInUse()).luma(src, dst + first, band, count, inW, reachOf(band, count), 0);
 
     // Kept: chroma rows are counted like the band's luma rows, so the first half of the bands
     // writes all of them.

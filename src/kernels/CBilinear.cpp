@@ -28,6 +28,14 @@ void walkStrips(const int* table, int outW, int outH, Row row)
         }
 }
 
+// How many bytes of the table ahead samples are fetched from a part of it that ends here: eight
+// rows, if there are as many.
+std::size_t aheadOf(std::size_t end, std::size_t pixels, int outW)
+{
+    const std::size_t eightRows = 8 * std::size_t(outW);
+    return end + eightRows <= pixels ? eightRows * kMapEntryBytes : 0;
+}
+
 // Calls take(number of the first sample, indices, count) for a row's chroma.
 template <class Take>
 void takeChroma(const RemapOps& ops, const int* entries, std::size_t pixels, const Divider& stride,
@@ -53,10 +61,11 @@ void mapPlanes(const unsigned char* src, unsigned char* dst, const int* table, i
 {
     const RemapOps& ops = remapOps(isaInUse());
     const Divider divider(stride);
-    const std::int32_t reach = reachOf(table, std::size_t(outW) * std::size_t(outH));
-    const std::size_t ahead = 4 * kMapEntryBytes * std::size_t(outW); // four rows
+    const std::size_t pixels = std::size_t(outW) * std::size_t(outH);
+    const std::int32_t reach = reachOf(table, pixels);
     walkStrips(table, outW, outH, [&](std::size_t first, std::size_t count, const int* entries) {
-        ops.luma(src, dst + first, entries, count, stride, reach, ahead);
+        ops.luma(src, dst + first, entries, count, stride, reach,
+                 aheadOf(first + count, pixels, outW));
         if (first / std::size_t(outW) % 2 == 0)
             takeChroma(ops, entries, count, divider, sampleOf(first, outW), take);
     });
@@ -70,11 +79,9 @@ void mapPixels(const unsigned char* src, unsigned char* dst, const int* table, i
     const auto map = swapped ? ops.packedSwapped : ops.packed;
     const std::size_t pixels = std::size_t(outW) * std::size_t(outH);
     const std::int32_t reach = reachOf(table, pixels);
-    const std::size_t eightRows = 8 * std::size_t(outW);
     walkStrips(table, outW, outH, [&](std::size_t first, std::size_t count, const int* entries) {
-        const std::size_t ahead = first + count + eightRows <= pixels ? eightRows : 0;
         map(src, dst + 3 * first, entries, count, 3 * std::ptrdiff_t(inW), reach,
-            ahead * kMapEntryBytes);
+            aheadOf(first + count, pixels, outW));
     });
 }
 

@@ -140,7 +140,9 @@ void mapLuma(const unsigned char* src, unsigned char* dst, const int* table, std
     const auto easy = [=](std::size_t k, std::size_t end) {
         for (; k < end; k += kBlock) {
             const int* block = entryAddress(table, k);
-            prefetchBlock<V>(block, ahead);
+            prefetchBlock<V>(block, 2 * ahead);
+            for (std::size_t i = 0; i < kBlock; i += V::kLanes)
+                prefetchSamples<V>(src, entryAddress(block, i) + ahead / sizeof(int));
             typename V::Vec values[kBlock / V::kLanes];
             for (std::size_t i = 0; i < kBlock / V::kLanes; ++i)
                 values[i] = lumaLanes<V>(src, entryAddress(block, i * V::kLanes), stride);
@@ -187,15 +189,20 @@ void planBlock(const fe::PlanBlock& block, const unsigned char* src, std::ptrdif
     V::storeTiles(top, bottom, values);
 }
 
-// The plan itself, and samples of the block that comes `ahead` blocks later.
+// The plan itself, and the first and last rows of the windows of the block that comes `ahead`
+// blocks later.
 template <class V>
-void prefetchPlan(const unsigned char* src, const fe::PlanBlock* blocks, std::size_t ahead)
+void prefetchPlan(const unsigned char* src, std::ptrdiff_t stride, const fe::PlanBlock* blocks,
+                  std::size_t ahead)
 {
     constexpr std::size_t kBlocksAhead = 32;
     for (std::size_t line = 0; line < sizeof(fe::PlanBlock); line += 64)
         prefetchAhead<V>(blocks, kBlocksAhead * sizeof(fe::PlanBlock) + line);
-    for (std::size_t tile = 0; tile < fe::kTilesInBlock; tile += 2)
-        V::prefetch(src + blocks[ahead].window[tile]);
+    for (std::size_t tile = 0; tile < fe::kTilesInBlock; tile += 2) {
+        const unsigned char* window = src + blocks[ahead].window[tile];
+        V::prefetch(window);
+        V::prefetch(window + 3 * stride);
+    }
 }
 
 template <class V>
@@ -203,7 +210,7 @@ void planRow(const fe::PlanBlock* blocks, std::size_t count, const unsigned char
              unsigned char* top, unsigned char* bottom, std::size_t ahead)
 {
     for (; count != 0; --count, ++blocks, top += fe::kPlanBlockW, bottom += fe::kPlanBlockW) {
-        prefetchPlan<V>(src, blocks, ahead);
+        prefetchPlan<V>(src, stride, blocks, ahead);
         if (blocks->lower[0] != fe::PlanBlock::kNone)
             planBlock<V, Windows::ofRows>(*blocks, src, stride, top, bottom);
         else if (blocks->window[1] == fe::PlanBlock::kWide)

@@ -25,12 +25,11 @@ struct Divider {
 // Tables have two 32-bit words an entry, see CBilinear.h; they may be unaligned.
 struct RemapOps {
     // One byte a pixel. `count` entries; `stride` is the distance of two rows; `reach` is reachOf()
-    // of this table or of one that it is a part of; `ahead` bytes from each entry the table is
-    // fetched into the cache.
+    // of this table or of one that it is a part of. Samples are fetched into the cache for the
+    // entry `ahead` bytes from each, which must exist, and the table twice as far.
     void (*luma)(const unsigned char* src, unsigned char* dst, const int* table, std::size_t count,
                  int stride, std::int32_t reach, std::size_t ahead);
-    // Three bytes a pixel; indices and rowBytes count bytes. Samples are fetched for the entry
-    // `ahead` bytes from each, which must exist, and the table twice as far.
+    // Three bytes a pixel; indices and rowBytes count bytes.
     void (*packed)(const unsigned char* src, unsigned char* dst, const int* table,
                    std::size_t count, std::ptrdiff_t rowBytes, std::int32_t reach,
                    std::size_t ahead);

@@ -11,8 +11,8 @@ namespace fe {
 
 namespace {
 
-constexpr std::size_t kStripBlocks = 4; // 64 pixels
-constexpr std::size_t kRowsAhead = 4;   // of a strip, for fetching samples
+constexpr std::size_t kStripBlocks = 8; // 128 pixels
+constexpr std::size_t kRowsAhead = 3;   // of a strip, for fetching samples
 constexpr int kMinStride = 16;          // below, a place in the window has two names
 
 // The highest index whose neighbours can be read.

@@ -110,10 +110,12 @@ TEST_P(RemapVariants, LumaIsThatOfThePlainCode)
         for (int count = 0; count <= 67; ++count) {
             SCOPED_TRACE(testing::Message() << int(kind) << " " << count);
             const int stride = between(random, 1, 40);
-            Call call(random, kind, count, 1, stride, between(random, 1, 30));
-            expectSame(std::size_t(count), [&](const RemapOps& ops, unsigned char* dst) {
-                ops.luma(call.source(), dst, call.table(), std::size_t(count), stride, call.reach(),
-                         2048);
+            // The last entry whose samples are fetched ahead is the table's last.
+            const int further = count % 7;
+            Call call(random, kind, count + further, 1, stride, between(random, 1, 30));
+            const auto n = std::size_t(count), ahead = std::size_t(further) * kMapEntryBytes;
+            expectSame(n, [&](const RemapOps& ops, unsigned char* dst) {
+                ops.luma(call.source(), dst, call.table(), n, stride, call.reach(), ahead);
             });
             if (HasFatalFailure()) return;
         }
@@ -126,7 +128,6 @@ TEST_P(RemapVariants, PackedPixelsAreThoseOfThePlainCode)
         for (int count = 0; count <= 67; ++count) {
             SCOPED_TRACE(testing::Message() << int(kind) << " " << count);
             const int rowBytes = 3 * between(random, 1, 40);
-            // The last entry whose samples are fetched ahead is the table's last.
             const int further = count % 7;
             Call call(random, kind, count + further, 3, rowBytes, between(random, 1, 30));
             const auto n = std::size_t(count), ahead = std::size_t(further) * kMapEntryBytes;
