@@ -24,7 +24,8 @@ constexpr const char* kDescription = "Dewarps the pictures of fisheye surveillan
 
 constexpr const char* kExitStatus = R"(
   0    done
-  2    a bad input or option, said in one line on standard error; no output is left
+  2    a bad input or option, said in one line on standard error; no output is left but what
+       came before an error in a video, and the other pictures of a folder
   3    calibrate is not sure of the circle it found
   130  interrupted, as by Ctrl-C; a video is left complete up to there, else no output
 )";
@@ -84,6 +85,15 @@ CommandHelp helpOf(const CLI::App& app)
     return help;
 }
 
+// The command that was given, as far as there is one, with its parents.
+std::string commandOf(const CLI::App& app)
+{
+    std::string name = app.get_name();
+    for (const CLI::App* command : app.get_subcommands())
+        name += " " + commandOf(*command);
+    return name;
+}
+
 int fail(const std::string& message, int status = kBadInput)
 {
     std::fprintf(stderr, "lumofe: %s\n", message.c_str());
@@ -104,7 +114,7 @@ int runTool(int argc, const char* const* argv)
     } catch (const CLI::RuntimeError& e) { // a status that the command documents
         return e.get_exit_code();
     } catch (const CLI::ParseError& e) {
-        return fail(std::string(e.what()) + "; see lumofe --help");
+        return fail(std::string(e.what()) + "; see " + commandOf(app) + " --help");
     } catch (const Error& e) {
         return fail(e.what());
     } catch (const Interrupted& e) {

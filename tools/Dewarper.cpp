@@ -88,6 +88,22 @@ FE_ViewParams viewParams(const DewarperSetup& setup, int number)
     return view;
 }
 
+// In the 180 layout of ceiling and floor the library writes the last row of luma to where the
+// chroma of the first two rows lies, which shows as green. They get that of the rows below.
+void mendFirstChroma(std::uint8_t* out, const DewarperSetup& setup)
+{
+    if (setup.view != View::half180 || setup.mount == Mount::wall) return;
+    const std::size_t w = std::size_t(setup.output.width);
+    std::uint8_t* overwritten = out + w * std::size_t(setup.output.height);
+    const std::uint8_t* below = overwritten + w;
+    if (setup.format == PixelFormat::nv12) {
+        std::memcpy(overwritten, below, w);
+    } else {
+        std::memcpy(overwritten, below, w / 2);
+        std::memcpy(overwritten + w / 2, below, w / 2);
+    }
+}
+
 void blacken(std::uint8_t* frame, const DewarperSetup& setup)
 {
     const std::size_t bytes = frameBytes(setup.output, setup.format);
@@ -337,6 +353,7 @@ void Dewarper::process(const std::uint8_t* in, std::uint8_t* out, RowOrder order
     }
     check("the frame", status);
     rendered_ = true;
+    mendFirstChroma(out, setup_);
     turnUpright(out);
 }
 

@@ -3,6 +3,7 @@
 
 #include "Error.h"
 #include "InputKind.h"
+#include "OutputKind.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -28,12 +29,25 @@ std::vector<fs::path> picturesIn(const std::string& folder)
     return pictures;
 }
 
+bool isFileName(const std::string& output)
+{
+    try {
+        outputKind(output);
+        return true;
+    } catch (const Error&) {
+        return false;
+    }
+}
+
 void checkFolders(const RenderOptions& options)
 {
     if (moves(options))
         throw Error(std::string(options.tour ? "--tour" : "--pan-sweep") +
                     ": needs a single still; a folder gives stills");
     std::error_code error;
+    if (!fs::exists(options.output, error) && isFileName(options.output))
+        throw Error(options.output + ": is the name of a file; of the folder " + options.input +
+                    ", the output is a folder");
     fs::create_directory(options.output, error);
     if (!fs::is_directory(options.output))
         throw Error(options.output + ": is no folder and cannot be made one; of the folder " +

@@ -168,8 +168,8 @@ void renderVideo(const std::vector<RenderOptions>& views, VideoSource& source,
     run.finish();
     if (views.front().stats) std::fprintf(stderr, "%s", run.stats().text().c_str());
     if (run.interrupted())
-        throw Interrupted("interrupted; the output holds " + std::to_string(run.count()) +
-                          " frames");
+        throw Interrupted("interrupted after " + std::to_string(run.count()) +
+                          " frames; the output can be played");
 }
 
 } // namespace lumofe

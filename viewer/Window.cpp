@@ -6,7 +6,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <numbers>
+#include <string_view>
 #include <vector>
 
 namespace lumofe::viewer {
@@ -63,6 +65,13 @@ Window::System::System()
     SDL_SetHint(SDL_HINT_VIDEO_ALLOW_SCREENSAVER, "1");
     SDL_SetHint(SDL_HINT_MOUSE_FOCUS_CLICKTHROUGH, "1");
     if (SDL_Init(SDL_INIT_VIDEO) != 0) fail("no window can be opened");
+    // What SDL takes without a display, unless it is asked for.
+    const std::string_view driver = SDL_GetCurrentVideoDriver();
+    if (!std::getenv("SDL_VIDEODRIVER") &&
+        (driver == "offscreen" || driver == "dummy" || driver == "evdev")) {
+        SDL_SetError("there is no display");
+        fail("no window can be opened");
+    }
 }
 
 Window::Window(const std::string& title, Size picture, const VideoFormat& format)

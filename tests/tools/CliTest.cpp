@@ -118,6 +118,12 @@ TEST_F(CliTest, MissingArgumentsAreRefused)
     expectRefused({"render", still()}, {"--output"});
     expectRefused({"scene"}, {"OUT"});
     expectRefused({"dance"}, {"subcommand"});
+    // Each error leads to the help of the command that was given.
+    EXPECT_NE(runTool({"render", "--pan", "abc"}).err.find("; see lumofe render --help"),
+              std::string::npos);
+    EXPECT_NE(runTool({"preset", "list"}).err.find("; see lumofe preset list --help"),
+              std::string::npos);
+    EXPECT_NE(runTool({}).err.find("; see lumofe --help"), std::string::npos);
 }
 
 TEST_F(CliTest, BadFilesAreRefusedByName)

@@ -298,6 +298,22 @@ TEST(Dewarper, CircleMovesLive)
     }
 }
 
+TEST(Dewarper, TheFirstRowsOfThe180LayoutHaveNoLumaForColour)
+{
+    for (Mount mount : {Mount::ceiling, Mount::floor})
+        for (PixelFormat format : {PixelFormat::nv12, PixelFormat::yv12}) {
+            Dewarper dewarper(setupOf(View::half180, mount, format));
+            const Frame420 picture = dewarper.dewarp(toFrame420(test::scene(mount)));
+            const auto [w, h] = picture.size;
+            const std::size_t row = std::size_t(w) / 2, rows = std::size_t(h) / 2;
+            // Of a picture that was turned over, the last ones.
+            const std::size_t first = mount == Mount::ceiling ? rows - 1 : 0;
+            const std::uint8_t* colour = picture.plane(1) + first * row;
+            EXPECT_TRUE(std::none_of(colour, colour + row, [](std::uint8_t c) { return c < 32; }))
+                << mountRule(mount).name << int(format);
+        }
+}
+
 TEST(Dewarper, PanoramaTurnsLive)
 {
     const Frame420 input = toFrame420(test::scene(Mount::ceiling));

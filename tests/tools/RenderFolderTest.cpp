@@ -99,6 +99,10 @@ TEST_F(RenderFolderTest, FoldersThatCannotBeUsedAreNamed)
     EXPECT_NE(refusal(folder_.file("in"), in("b.png")).find("is no folder"), std::string::npos);
     EXPECT_NE(refusal(folder_.file("in"), folder_.file("none/o")).find("is no folder"),
               std::string::npos);
+    for (const char* file : {"views.mp4", "views.PNG"})
+        EXPECT_NE(refusal(folder_.file("in"), folder_.file(file)).find("is the name of a file"),
+                  std::string::npos);
+    EXPECT_EQ(refusal(folder_.file("in"), folder_.file("views.1")), "");
     EXPECT_NE(refusal(folder_.file("in"), folder_.file("in/.")).find("is the input folder"),
               std::string::npos);
 }

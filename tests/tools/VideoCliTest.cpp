@@ -245,8 +245,7 @@ TEST_F(VideoCliTest, InterruptedVideosAreComplete)
                                        signal, 1, err);
         EXPECT_EQ(status, 130);
         int frames = 0;
-        ASSERT_EQ(std::sscanf(err.c_str(), "lumofe: interrupted; the output holds %d", &frames), 1)
-            << err;
+        ASSERT_EQ(std::sscanf(err.c_str(), "lumofe: interrupted after %d", &frames), 1) << err;
         EXPECT_EQ(folder_.contents(), Names{"out.mkv"});
         EXPECT_EQ(framesOf(file("out.mkv")).size(), std::size_t(frames) * 320 * 240 * 3 / 2);
     }

@@ -69,7 +69,10 @@ TEST(ViewerCli, SaysWhenThereIsNoScreen)
     setenv("DISPLAY", ":9999", 1);
     setenv("SDL_VIDEODRIVER", "x11", 1);
     expectRefused({folder.file("a.png")}, "no window can be opened");
+    // Then SDL would do without a screen.
     unsetenv("SDL_VIDEODRIVER");
+    setenv("XDG_RUNTIME_DIR", folder.file("").c_str(), 1);
+    expectRefused({folder.file("a.png")}, "no window can be opened");
     if (display)
         setenv("DISPLAY", before.c_str(), 1);
     else

@@ -30,6 +30,10 @@ The same as lumofe render INPUT -o FILE --camera CAMERA --preset NAME, which tak
 Example:
   lumofe preset apply hall.json door hall.jpg -o door.png)";
 
+constexpr const char* kRemoveFooter = R"(
+Example:
+  lumofe preset remove hall.json door)";
+
 void addCameraPath(CLI::App& command, std::string& path)
 {
     command.add_option("CAMERA", path, "File of the camera (see lumofe camera init --help)")
@@ -63,6 +67,7 @@ void addRemove(CLI::App& preset)
 {
     const auto options = std::make_shared<PresetOptions>();
     CLI::App& remove = *preset.add_subcommand("remove", "Forget a position of the views");
+    remove.footer(kRemoveFooter);
     addCameraPath(remove, options->steering.cameraPath);
     addName(remove, options->name, "Of the preset; the tour must not stop at it");
     remove.callback([options] { removePreset(*options); });

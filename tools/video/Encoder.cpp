@@ -116,7 +116,8 @@ void Encoder::finish(bool interrupted)
     child_->closeInput();
     if (interrupted && hasAudio_) child_->signal(SIGINT);
     const int status = child_->wait();
-    if (status != 0 && !(interrupted && hasAudio_)) fail();
+    constexpr int kEndedBySignal = 255; // ffmpeg completed the output all the same
+    if (status != 0 && !(interrupted && hasAudio_ && status == kEndedBySignal)) fail();
     if (temporary_) temporary_->commit();
 }
 
