@@ -2,6 +2,7 @@
 #include "Dewarper.h"
 
 #include "Error.h"
+#include "TableEntry.h"
 #include "media/Pixels.h"
 
 #include <FEDSP.h>
@@ -9,7 +10,6 @@
 #include <cmath>
 #include <cstddef>
 #include <cstring>
-#include <limits>
 #include <string>
 
 namespace lumofe {
@@ -110,21 +110,6 @@ void blacken(std::uint8_t* frame, const DewarperSetup& setup)
     const std::size_t luma = setup.format == PixelFormat::rgb ? bytes : bytes / 3 * 2;
     std::memset(frame, 0, luma);
     std::memset(frame + luma, 128, bytes - luma);
-}
-
-struct Point {
-    float x;
-    float y;
-};
-
-// Where an entry of a mapping table samples an input of that many pixels a row.
-Point sourceOf(const int* entry, int pitch)
-{
-    constexpr float none = std::numeric_limits<float>::quiet_NaN();
-    if (entry[0] == 0 && entry[1] == 0) return {none, none};
-    const unsigned fractions = static_cast<unsigned>(entry[0]);
-    return {float(entry[1] % pitch) + float(fractions >> 16) / 256,
-            float(entry[1] / pitch) + float(fractions & 0xFFFF) / 256};
 }
 
 } // namespace
@@ -273,7 +258,7 @@ std::vector<float> Dewarper::sourceMap() const
         const int row = bottomFirst ? height - 1 - y : y;
         const int* entry = engine.m_pMapTable + 2 * std::ptrdiff_t(row) * width;
         for (const int* end = entry + 2 * width; entry != end; entry += 2) {
-            const Point source = sourceOf(entry, engine.m_nPitch);
+            const TablePoint source = sourceOf(entry, engine.m_nPitch);
             map.push_back(source.x);
             map.push_back(source.y);
         }

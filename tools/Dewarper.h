@@ -7,6 +7,7 @@
 #include "media/Image.h"
 
 #include <LumoFESDK.h>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -73,9 +74,24 @@ public:
     // the layout's own pan: see aim().
     Aim directionOf(int x, int y) const;
 
+    // The spot of the raw picture that is in the middle of a view that is aimed so, and the aim
+    // with its offset. Nothing where the layout has no views, or shows nothing there. The views
+    // keep their aims; the library renders a frame of its own for it.
+    struct Middle {
+        float x;
+        float y;
+        Aim aim;
+    };
+    std::optional<Middle> middleOf(const Aim& aim);
+
+    // How a view of that zoom, percent, shows a spot of the raw picture in its middle, or as near
+    // to it as the library moves the view. Costs some frames of the library's time.
+    Aim aimAt(int x, int y, double zoom);
+
     // Where the last frame's output shows the input: x and y in input pixels, the middle of the
     // first one being 0, 0, for each output pixel in turn; not a number where it shows nothing.
-    // Single view only. Throws Error before the first frame, and after setCircle() until the next.
+    // Single view only. Throws Error before the first frame, and after setCircle(), middleOf() and
+    // aimAt() until the next.
     std::vector<float> sourceMap() const;
 
     // Bytes of a frame in the set-up's format, without padding.
@@ -102,6 +118,8 @@ private:
     FE_CurPosParams position() const;
     void update(int number, const Step& step);
     void steer(const Aim& aim, int number);
+    Aim aimedByOffset(Aim aim, int x, int y);
+    Aim aimedOnWall(Aim aim, int x, int y);
     bool turnsOver() const;
     void feed(const Image& input);
     void feed(const Frame420& input);

@@ -54,6 +54,27 @@ Aim singleAim(const PointOptions& options, const CameraFile& camera)
     return Dewarper(setup).directionOf(options.x, options.y);
 }
 
+// The camera with the directions that the middles of the presets' views show in place of those that
+// they are told.
+CameraFile withMiddles(CameraFile camera)
+{
+    for (Preset& preset : camera.presets) {
+        if (preset.position.views.empty()) continue;
+        DewarperSetup setup;
+        setup.input = camera.input;
+        setup.circle = camera.circle;
+        setup.mount = camera.mount;
+        setup.view = preset.layout;
+        setup.output = defaultOutputSize(setup.view, setup.mount, setup.input);
+        Dewarper dewarper(setup);
+        for (Aim& aim : preset.position.views)
+            if (const auto middle = dewarper.middleOf(aim))
+                aim =
+                    dewarper.directionOf(int(std::lround(middle->x)), int(std::lround(middle->y)));
+    }
+    return camera;
+}
+
 std::string lineOf(const char* what, const Aim& aim)
 {
     char text[100];
@@ -88,7 +109,8 @@ void runPoint(const PointOptions& options)
         output.write(
             lineOf("quad, 360:", convertedAim(single, View::single, View::quad, camera.mount)));
     }
-    if (const auto nearest = nearestView(camera, single)) output.write(lineOf(*nearest));
+    const CameraFile shown = withMiddles(camera);
+    if (const auto nearest = nearestView(shown, single)) output.write(lineOf(*nearest));
     output.commit();
 }
 

@@ -138,9 +138,7 @@ void Session::aimAt(int view, RawPixel pixel)
         throw Error("that is outside of the fisheye circle; click inside it");
     Position position = this->position();
     Aim& aim = position.views[std::size_t(view) - 1];
-    const double zoom = aim.zoom;
-    aim = dewarper_->directionOf(pixel.x, pixel.y);
-    aim.zoom = zoom;
+    aim = dewarper_->aimAt(pixel.x, pixel.y, aim.zoom);
     checkAim(aim, setup().mount, "that spot's ");
     apply(position);
 }

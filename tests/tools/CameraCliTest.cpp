@@ -178,10 +178,16 @@ TEST_F(CameraCli, APointIsToldAsTheLayoutsTakeIt)
               "all views:  pan 44.9, tilt -0.5 degrees\n");
     EXPECT_EQ(errorOf({"preset", "save", hall(), "door", "--pan", "67.5", "--tilt", "60"}), "");
     EXPECT_EQ(errorOf({"preset", "save", hall(), "all", "--view", "quad", "--ptz", "0,70,0"}), "");
-    EXPECT_TRUE(output({"point", "420", "240", "--camera", hall()})
-                    .ends_with("nearest:    preset door, 15.0 degrees away\n"));
-    EXPECT_TRUE(output({"point", "320", "80", "--camera", hall()})
-                    .ends_with("nearest:    preset all, view 1, 2.0 degrees away\n"));
+    // This one is told the spot's very tilt, but zoomed in it looks further out.
+    EXPECT_EQ(
+        errorOf({"preset", "save", hall(), "far", "--pan", "67.5", "--tilt", "9", "--zoom", "100"}),
+        "");
+    const auto nearest = [&](const char* x, const char* y) {
+        const std::string text = output({"point", x, y, "--camera", hall()});
+        return text.substr(text.find("nearest:"));
+    };
+    EXPECT_TRUE(nearest("340", "240").starts_with("nearest:    preset door, "));
+    EXPECT_TRUE(nearest("320", "140").starts_with("nearest:    preset all, view 1, "));
 }
 
 TEST_F(CameraCli, PointsOutsideTheCircleAreRefused)

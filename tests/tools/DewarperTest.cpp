@@ -314,6 +314,27 @@ TEST(Dewarper, TheFirstRowsOfThe180LayoutHaveNoLumaForColour)
         }
 }
 
+// How far from the spot that a view was aimed at its middle shows the raw picture, pixels.
+double missed(Dewarper& dewarper, int x, int y, double zoom)
+{
+    const auto middle = dewarper.middleOf(dewarper.aimAt(x, y, zoom));
+    return middle ? std::hypot(double(middle->x) - x, double(middle->y) - y) : HUGE_VAL;
+}
+
+TEST(Dewarper, ViewsThatAreZoomedInAreAimedAtTheSpot)
+{
+    for (View view : {View::single, View::quad, View::ptz360})
+        for (Mount mount : {Mount::ceiling, Mount::floor}) {
+            Dewarper dewarper(setupOf(view, mount));
+            for (const auto& [x, y] : {std::pair{760, 640}, {640, 900}, {300, 500}, {900, 200}})
+                EXPECT_LT(missed(dewarper, x, y, 100), 6)
+                    << layoutRule(view).name << " " << mountRule(mount).name << " " << x;
+        }
+    Dewarper wall(setupOf(View::single, Mount::wall));
+    for (const auto& [x, y] : {std::pair{760, 640}, {640, 900}, {300, 640}})
+        EXPECT_LT(missed(wall, x, y, 100), 6) << "wall " << x;
+}
+
 TEST(Dewarper, PanoramaTurnsLive)
 {
     const Frame420 input = toFrame420(test::scene(Mount::ceiling));

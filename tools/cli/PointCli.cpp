@@ -10,8 +10,9 @@ namespace lumofe {
 namespace {
 
 constexpr const char* kPointFooter = R"(
-Prints pan and tilt of the spot as the layouts take them, and which preset of the camera looks
-nearest to it. Views of the wall reach only some of what they can be told: see lumofe render --help.
+Prints pan and tilt of the spot as the layouts take them, and which preset of the camera has it
+nearest to the middle of a view. Views of the wall reach only some of what they can be told: see
+lumofe render --help.
 
 Examples:
   lumofe point 900 310 --camera hall.json
