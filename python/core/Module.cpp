@@ -273,6 +273,8 @@ void addCamera(py::module_& module)
                 return std::tuple(aim.pan, aim.tilt);
             },
             py::arg("x"), py::arg("y"), WithoutGil())
+        .def("aim_at", &PyCamera::aimAt, py::arg("number"), py::arg("x"), py::arg("y"),
+             py::arg("zoom"), WithoutGil())
         .def_property_readonly("input_shape",
                                [](const PyCamera& c) { return py::tuple(py::cast(c.inputShape)); })
         .def_property_readonly("output_shape",

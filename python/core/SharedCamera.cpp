@@ -129,6 +129,15 @@ Aim SharedCamera::directionOf(int x, int y) const
     return open().directionOf(x, y);
 }
 
+void SharedCamera::aimAt(int number, int x, int y, std::optional<double> zoom)
+{
+    const std::scoped_lock lock(mutex_);
+    Dewarper& dewarper = open();
+    const std::size_t index = std::size_t(number) - 1;
+    aims_[index] = dewarper.aimAt(x, y, zoom.value_or(positionOf(dewarper).views[index].zoom));
+    dewarper.aim(aims_);
+}
+
 std::vector<float> SharedCamera::sourceMap() const
 {
     const std::scoped_lock lock(mutex_);

@@ -46,6 +46,10 @@ public:
     void setCircle(const Circle& circle);
     Circle circle() const;
     Aim directionOf(int x, int y) const;
+
+    // Steers view `number`, 1 and up, so that its middle shows the pixel; without a zoom it keeps
+    // its.
+    void aimAt(int number, int x, int y, std::optional<double> zoom);
     std::vector<float> sourceMap() const;
 
     // Of the set-up's input and output size and format, top row first, RGB with red first.

@@ -272,6 +272,24 @@ class Camera:
         check_range("y", y, 0, self._input[1] - 1, "pixels")
         return self._core.direction_of(x, y)
 
+    def aim_at(self, x: int, y: int, view: int = 1, zoom: Optional[float] = None) -> None:
+        """Steers a view so that its middle shows a pixel of the input, or as near as the view goes.
+
+        x, y: pixels from the left and from the top
+        view: number of the view, 1 and up
+        zoom: percent, 0 (widest) to 100; what it has when left out
+
+        The library renders a few frames of its own for it. A view that is zoomed out shows the
+        pixel, though not in its middle. Raises ValueError for a value out of range and for views
+        that the layout has not.
+        """
+        self._check_view(view)
+        check_range("x", x, 0, self._input[0] - 1, "pixels")
+        check_range("y", y, 0, self._input[1] - 1, "pixels")
+        if zoom is not None:
+            self._check_direction("", "zoom", zoom)
+        self._core.aim_at(view, x, y, zoom)
+
     def source_map(self) -> NDArray[np.float32]:
         """Where each pixel of the last dewarped frame lies in the input: (height, width, 2).
 

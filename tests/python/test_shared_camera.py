@@ -103,6 +103,7 @@ def test_a_closed_camera_says_so(frame, cameras):
         lambda: camera.views,
         lambda: camera.circle,
         lambda: camera.direction_of(5, 5),
+        lambda: camera.aim_at(320, 320),
         set_circle,
     ):
         with pytest.raises(RuntimeError, match="the camera is closed; make another one"):

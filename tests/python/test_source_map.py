@@ -50,6 +50,26 @@ def test_the_map_and_the_look_up_agree(frame, cameras):
     assert pan == pytest.approx(90, abs=1)
 
 
+@pytest.mark.parametrize("mount", ["ceiling", "floor"])
+def test_a_view_is_aimed_at_a_pixel(frame, cameras, mount):
+    camera = cameras(size=(320, 240), mount=mount)
+    for zoom in (100, None):  # None keeps it
+        for x, y in ((SIDE // 2 + 60, SIDE // 2), (SIDE // 2, SIDE // 2 + 130)):
+            camera.aim_at(x, y, zoom=zoom)
+            camera.dewarp(frame)
+            assert camera.views[0].zoom == pytest.approx(100, abs=1)
+            assert camera.source_map()[120, 160] == pytest.approx((x, y), abs=6)
+
+
+def test_what_cannot_be_aimed_at_is_refused(cameras):
+    with pytest.raises(ValueError, match="x"):
+        cameras().aim_at(SIDE, 0)
+    with pytest.raises(ValueError, match="zoom"):
+        cameras().aim_at(0, 0, zoom=101)
+    with pytest.raises(ValueError, match="view"):
+        cameras(layout="180").aim_at(300, 300)
+
+
 def test_the_map_is_that_of_the_last_frame(frame, cameras):
     camera = cameras(size=(320, 240))
     with pytest.raises(RuntimeError, match="no frame was dewarped yet"):
