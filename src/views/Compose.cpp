@@ -54,21 +54,23 @@ struct Planes {
     int count;
 };
 
-// Rows of chroma are counted 0, 2, 4 ... below the view's height.
+// Rows of chroma are counted 0, 2, 4 ... below the view's height. Without a source, only their
+// places.
 Planes planesOf(FORMAT format, const Placement& p, const unsigned char* src)
 {
+    const auto at = [src](std::int64_t offset) { return src ? src + offset : nullptr; };
     const std::int64_t frameLuma = p.frameW * p.frameH, viewLuma = p.w * p.h;
     const std::int64_t chromaRows = (p.h + 1) / 2;
     Planes planes{{{p.lumaOffset, p.frameW, src, p.w, p.lumaBytes, p.h}}, 1};
     if (format == FORMAT_NV12) {
         const std::int64_t step = p.frameW == p.w ? p.w & ~1 : p.frameW;
         planes.rows[planes.count++] = {
-            frameLuma + p.pairOffset, step, src + viewLuma, p.w & ~1, p.w, chromaRows};
+            frameLuma + p.pairOffset, step, at(viewLuma), p.w & ~1, p.w, chromaRows};
     } else if (format == FORMAT_YV12) {
         for (int plane = 0; plane < 2; ++plane)
             planes.rows[planes.count++] = {frameLuma + p.planeOffset[plane],
                                            p.frameW >> 1,
-                                           src + viewLuma + plane * (viewLuma / 4),
+                                           at(viewLuma + plane * (viewLuma / 4)),
                                            p.w >> 1,
                                            p.w >> 1,
                                            chromaRows};
