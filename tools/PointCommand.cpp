@@ -54,23 +54,33 @@ Aim singleAim(const PointOptions& options, const CameraFile& camera)
     return Dewarper(setup).directionOf(options.x, options.y);
 }
 
-// The camera with the directions that the middles of the presets' views show in place of those that
-// they are told.
+// Turns the views' aims into the directions that the middles of their pictures show.
+void lookAtMiddles(Preset& preset, const CameraFile& camera)
+{
+    DewarperSetup setup;
+    setup.input = camera.input;
+    setup.circle = camera.circle;
+    setup.mount = camera.mount;
+    setup.view = preset.layout;
+    setup.output = defaultOutputSize(setup.view, setup.mount, setup.input);
+    Dewarper dewarper(setup);
+    std::vector<Aim> shown = preset.position.views;
+    for (Aim& aim : shown)
+        if (const auto middle = dewarper.middleOf(aim))
+            aim = dewarper.directionOf(int(std::lround(middle->x)), int(std::lround(middle->y)));
+    preset.position.views = shown;
+}
+
+// The camera with the directions that its presets' views show in place of those that they are told.
 CameraFile withMiddles(CameraFile camera)
 {
     for (Preset& preset : camera.presets) {
         if (preset.position.views.empty()) continue;
-        DewarperSetup setup;
-        setup.input = camera.input;
-        setup.circle = camera.circle;
-        setup.mount = camera.mount;
-        setup.view = preset.layout;
-        setup.output = defaultOutputSize(setup.view, setup.mount, setup.input);
-        Dewarper dewarper(setup);
-        for (Aim& aim : preset.position.views)
-            if (const auto middle = dewarper.middleOf(aim))
-                aim =
-                    dewarper.directionOf(int(std::lround(middle->x)), int(std::lround(middle->y)));
+        try {
+            lookAtMiddles(preset, camera);
+        } catch (const Error&) {
+            // A layout that this circle is too large for: what its views are told has to do.
+        }
     }
     return camera;
 }

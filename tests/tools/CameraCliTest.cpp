@@ -190,6 +190,15 @@ TEST_F(CameraCli, APointIsToldAsTheLayoutsTakeIt)
     EXPECT_TRUE(nearest("320", "140").starts_with("nearest:    preset all, view 1, "));
 }
 
+TEST_F(CameraCli, PresetsOfALayoutThatTheLibraryRefusesDoNotDisturbAPoint)
+{
+    init({"--circle", "320,240,4000"}); // too large for the 360 layout's panorama
+    EXPECT_EQ(errorOf({"preset", "save", hall(), "round", "--view", "360", "--ptz", "0,70,0"}), "");
+    EXPECT_NE(
+        output({"point", "320", "200", "--camera", hall()}).find("nearest:    preset round, view "),
+        std::string::npos);
+}
+
 TEST_F(CameraCli, PointsOutsideTheCircleAreRefused)
 {
     init({"--circle", "320,240,300"});

@@ -95,17 +95,27 @@ INSTANTIATE_TEST_SUITE_P(Scenes, RenderedViews,
                                           testing::Values(FORMAT_NV12, FORMAT_YV12, FORMAT_YUYV)),
                          nameOfParam);
 
+// Has served enough frames for plans.
+struct SteadyQuad {
+    TestSlot slot{320, 320, 320, 240};
+    OutputFrame out{320, 240};
+
+    SteadyQuad()
+    {
+        slot.update(kModeQuad, 0);
+        zoomIn(slot.engine());
+        Bytes in = patternFrame(320, 320, FORMAT_NV12);
+        for (int f = 0; f < kFrames; ++f)
+            slot.frame(in, out);
+    }
+};
+
 TEST(RenderedQuad, SkipsImagesThatLaterViewsWriteOver)
 {
     if (bestIsa() < Isa::ssse3) GTEST_SKIP() << "no SSSE3 here";
-    TestSlot slot(320, 320, 320, 240);
-    FEDSP& e = slot.engine();
-    slot.update(kModeQuad, 0);
-    zoomIn(e);
-    Bytes in = patternFrame(320, 320, FORMAT_NV12);
-    OutputFrame out(320, 240);
-    for (int f = 0; f < kFrames; ++f)
-        slot.frame(in, out);
+    SteadyQuad quad;
+    FEDSP& e = quad.slot.engine();
+    OutputFrame& out = quad.out;
     ASSERT_TRUE(hasPlan(e, e.m_pSubMapA) && hasPlan(e, e.m_pSubMapB) && hasPlan(e, e.m_pMapTable));
 
     const auto leavesAnImage = [&](unsigned char* caller, auto renderer) {
@@ -126,18 +136,12 @@ TEST(RenderedQuad, SkipsImagesThatLaterViewsWriteOver)
 TEST(RenderedQuad, KeepsTheFirstImageWhenThereIsNoTableForTheSecond)
 {
     expectSameWithEveryIsa(kSeenBytes, [](unsigned char* hashes) {
-        TestSlot slot(320, 320, 320, 240);
-        FEDSP& e = slot.engine();
-        slot.update(kModeQuad, 0);
-        zoomIn(e);
-        Bytes in = patternFrame(320, 320, FORMAT_NV12);
-        OutputFrame out(320, 240);
-        for (int f = 0; f < kFrames; ++f)
-            slot.frame(in, out);
+        SteadyQuad quad;
+        FEDSP& e = quad.slot.engine();
         int* table = std::exchange(e.m_pSubMapA, nullptr);
-        e.AccessCtr_FEQuad12(e.m_pStaged, out.data(), 320, 320, 320, 240);
+        e.AccessCtr_FEQuad12(e.m_pStaged, quad.out.data(), 320, 320, 320, 240);
         e.m_pSubMapA = table;
-        look(hashes, e, out);
+        look(hashes, e, quad.out);
     });
 }
 
