@@ -3,6 +3,8 @@
 // A view's tilt leans it and moves it towards the rim, the further the more it is zoomed in; what
 // its middle shows is only known from the table that the library builds.
 #include "Dewarper.h"
+
+#include "Error.h"
 #include "TableEntry.h"
 
 #include <FEDSP.h>
@@ -42,7 +44,12 @@ std::optional<Dewarper::Middle> Dewarper::middleOf(const Aim& aim)
     aimed.front() = aim;
     this->aim(aimed);
     const Aim reached = aims().front();
-    process(in_.data(), out_.data(), RowOrder::bottomFirst);
+    try {
+        process(in_.data(), out_.data(), RowOrder::bottomFirst);
+    } catch (const Error&) {
+        this->aim(before);
+        throw;
+    }
     const FEDSP& engine = *m_FEDSP[slot()];
     const int* table = setup_.view == View::single ? engine.m_pMapTable : engine.m_pSubMapB;
     const Size size = firstView(setup_.view, setup_.output);

@@ -335,6 +335,17 @@ TEST(Dewarper, ViewsThatAreZoomedInAreAimedAtTheSpot)
         EXPECT_LT(missed(wall, x, y, 100), 6) << "wall " << x;
 }
 
+TEST(Dewarper, ViewsKeepTheirAimsWhenTheLibraryRefusesToTellTheirMiddle)
+{
+    DewarperSetup setup = setupOf(View::ptz360, Mount::ceiling);
+    setup.circle.radius = kLargestRadius; // too large for the panorama
+    Dewarper dewarper(setup);
+    dewarper.aim(Aim{100, 40, 0});
+    EXPECT_NE(test::errorOf([&] { dewarper.middleOf(Aim{10, 60, 50}); }), "");
+    EXPECT_EQ(dewarper.aims().front().pan, 100);
+    EXPECT_EQ(dewarper.aims().front().tilt, 40);
+}
+
 TEST(Dewarper, PanoramaTurnsLive)
 {
     const Frame420 input = toFrame420(test::scene(Mount::ceiling));
