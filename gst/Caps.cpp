@@ -3,38 +3,91 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <optional>
-#include <string_view>
+#include <span>
+#include <utility>
+#include <vector>
 
 namespace lumofe {
 namespace {
 
+constexpr Size kSmallestOutput{16, 16};
 constexpr int kLargestStep = 8; // from one composing width or height to the next, pixels
 
-constexpr const char* kFormats[] = {"NV12", "I420", "YV12", "RGB", "BGR"};
+// What the library takes, and writes.
+constexpr GstVideoFormat kTaken[] = {GST_VIDEO_FORMAT_NV12, GST_VIDEO_FORMAT_I420,
+                                     GST_VIDEO_FORMAT_YV12, GST_VIDEO_FORMAT_RGB,
+                                     GST_VIDEO_FORMAT_BGR};
 
-// The library exchanges red and blue.
-const char* formatBehind(const char* name)
+// What sinks and encoders ask for, of each kind those first that lose nothing and have no alpha,
+// which would be opaque throughout.
+constexpr GstVideoFormat kGiven[] = {
+    GST_VIDEO_FORMAT_NV12, GST_VIDEO_FORMAT_I420, GST_VIDEO_FORMAT_YV12,  GST_VIDEO_FORMAT_NV21,
+    GST_VIDEO_FORMAT_YUY2, GST_VIDEO_FORMAT_UYVY, GST_VIDEO_FORMAT_Y42B,  GST_VIDEO_FORMAT_Y444,
+    GST_VIDEO_FORMAT_BGRx, GST_VIDEO_FORMAT_RGBx, GST_VIDEO_FORMAT_xRGB,  GST_VIDEO_FORMAT_xBGR,
+    GST_VIDEO_FORMAT_RGB,  GST_VIDEO_FORMAT_BGR,  GST_VIDEO_FORMAT_BGRA,  GST_VIDEO_FORMAT_RGBA,
+    GST_VIDEO_FORMAT_ARGB, GST_VIDEO_FORMAT_ABGR, GST_VIDEO_FORMAT_RGB16, GST_VIDEO_FORMAT_RGB15,
+};
+
+using Formats = std::vector<GstVideoFormat>;
+
+std::span<const GstVideoFormat> formatsOf(GstPadDirection direction)
 {
-    if (name == std::string_view("RGB")) return "BGR";
-    if (name == std::string_view("BGR")) return "RGB";
-    return name;
+    if (direction == GST_PAD_SINK) return kTaken;
+    return kGiven;
 }
 
-bool isOffered(View view, const char* name)
+bool isTaken(View view, GstVideoFormat input)
 {
-    const PixelFormat format = fedAs(gst_video_format_from_string(name));
+    const PixelFormat format = fedAs(input);
     return fedFormat(view, format) == format;
 }
 
-bool allows(const GstStructure* structure, const char* field, int value)
+bool isRgb(GstVideoFormat format)
+{
+    return GST_VIDEO_FORMAT_INFO_IS_RGB(gst_video_format_get_info(format));
+}
+
+bool allows(const GstStructure* structure, const char* field, const GValue& value)
 {
     const GValue* allowed = gst_structure_get_value(structure, field);
-    if (!allowed) return true;
-    GValue wanted = G_VALUE_INIT;
-    g_value_init(&wanted, G_TYPE_INT);
-    g_value_set_int(&wanted, value);
-    return gst_value_intersect(nullptr, allowed, &wanted);
+    return !allowed || gst_value_intersect(nullptr, allowed, &value);
+}
+
+bool allows(const GstStructure* structure, const char* field, const char* text)
+{
+    GValue value = G_VALUE_INIT;
+    g_value_init(&value, G_TYPE_STRING);
+    g_value_set_static_string(&value, text);
+    return allows(structure, field, value);
+}
+
+bool allows(const GstStructure* structure, const char* field, int number)
+{
+    GValue value = G_VALUE_INIT;
+    g_value_init(&value, G_TYPE_INT);
+    g_value_set_int(&value, number);
+    return allows(structure, field, value);
+}
+
+bool allows(const GstStructure* structure, GstVideoFormat format)
+{
+    return allows(structure, "format", gst_video_format_to_string(format));
+}
+
+void setFormats(GstStructure* structure, std::span<const GstVideoFormat> formats)
+{
+    GValue list = G_VALUE_INIT, one = G_VALUE_INIT;
+    g_value_init(&list, GST_TYPE_LIST);
+    g_value_init(&one, G_TYPE_STRING);
+    for (GstVideoFormat format : formats) {
+        g_value_set_static_string(&one, gst_video_format_to_string(format));
+        gst_value_list_append_value(&list, &one);
+    }
+    gst_structure_set_value(structure, "format", &list);
+    g_value_unset(&one);
+    g_value_unset(&list);
 }
 
 bool allows(const GstStructure* structure, Size size)
@@ -57,26 +110,79 @@ void setRange(GstStructure* structure, const char* field, int least)
     gst_structure_set(structure, field, GST_TYPE_INT_RANGE, least, kLargestInput.width, nullptr);
 }
 
-// Of the formats in the field, those that the layout takes, as they are on the other pad. False
-// when there is none.
-bool exchangeFormats(GstStructure* structure, View view)
+void setEvenRange(GstStructure* structure, const char* field, int least)
 {
-    const GValue* asked = gst_structure_get_value(structure, "format");
-    GValue list = G_VALUE_INIT, one = G_VALUE_INIT;
-    g_value_init(&list, GST_TYPE_LIST);
-    g_value_init(&one, G_TYPE_STRING);
-    for (const char* name : kFormats) {
-        g_value_set_static_string(&one, name);
-        if (!isOffered(view, name) || (asked && !gst_value_intersect(nullptr, asked, &one)))
-            continue;
-        g_value_set_static_string(&one, formatBehind(name));
-        gst_value_list_append_value(&list, &one);
+    GValue range = G_VALUE_INIT;
+    g_value_init(&range, GST_TYPE_INT_RANGE);
+    gst_value_set_int_range_step(&range, least, kLargestInput.width, 2);
+    gst_structure_take_value(structure, field, &range);
+}
+
+enum class Conversion { none, needed };
+
+// Formats of the other pad that go with those of the structure.
+Formats formatsBehind(const GstStructure* structure, View view, GstPadDirection direction,
+                      Conversion conversion)
+{
+    const bool toOutput = direction == GST_PAD_SINK;
+    const auto goTogether = [&](GstVideoFormat one, GstVideoFormat other) {
+        const GstVideoFormat input = toOutput ? one : other, output = toOutput ? other : one;
+        return isTaken(view, input) &&
+               (output == writtenFormat(input)) == (conversion == Conversion::none);
+    };
+    Formats found;
+    for (GstVideoFormat one : formatsOf(direction))
+        for (GstVideoFormat other : formatsOf(toOutput ? GST_PAD_SRC : GST_PAD_SINK))
+            if (goTogether(one, other) && allows(structure, one) &&
+                std::find(found.begin(), found.end(), other) == found.end())
+                found.push_back(other);
+    return found;
+}
+
+GstCaps* capsBehind(View view, GstPadDirection direction, const GstCaps* caps,
+                    Conversion conversion)
+{
+    GstCaps* other = gst_caps_new_empty();
+    for (guint i = 0; i < gst_caps_get_size(caps); ++i) {
+        const GstStructure* asked = gst_caps_get_structure(caps, i);
+        const Formats formats = formatsBehind(asked, view, direction, conversion);
+        if (formats.empty()) continue;
+        GstStructure* structure = gst_structure_copy(asked);
+        setFormats(structure, formats);
+        const bool toOutput = direction == GST_PAD_SINK;
+        const Size least = toOutput ? kSmallestOutput : kSmallestInput;
+        setRange(structure, "width", least.width);
+        setRange(structure, "height", least.height);
+        gst_structure_remove_field(structure, "pixel-aspect-ratio");
+        if (toOutput)
+            gst_structure_set(structure, "pixel-aspect-ratio", GST_TYPE_FRACTION, 1, 1, nullptr);
+        if (conversion == Conversion::needed)
+            gst_structure_remove_fields(structure, "colorimetry", "chroma-site", nullptr);
+        gst_caps_append_structure_full(other, structure,
+                                       gst_caps_features_copy(gst_caps_get_features(caps, i)));
     }
-    const bool some = gst_value_list_get_size(&list) > 0;
-    if (some) gst_structure_set_value(structure, "format", &list);
-    g_value_unset(&one);
-    g_value_unset(&list);
-    return some;
+    return other;
+}
+
+// As far as the structure leaves it open.
+void keepColours(GstStructure* structure, const GstVideoInfo& input)
+{
+    gchar* colorimetry = gst_video_colorimetry_to_string(&input.colorimetry);
+    gchar* site = gst_video_chroma_site_to_string(input.chroma_site);
+    for (const auto& [field, text] : {std::pair("colorimetry", colorimetry), {"chroma-site", site}})
+        if (text && allows(structure, field, text))
+            gst_structure_set(structure, field, G_TYPE_STRING, text, nullptr);
+    g_free(colorimetry);
+    g_free(site);
+}
+
+// Takes a reference of the caps, and returns one.
+GstCaps* within(GstCaps* caps, GstCaps* filter)
+{
+    if (!filter) return caps;
+    GstCaps* wanted = gst_caps_intersect_full(filter, caps, GST_CAPS_INTERSECT_FIRST);
+    gst_caps_unref(caps);
+    return wanted;
 }
 
 // How much a size stretches the layout's natural shape, 0 for not at all.
@@ -138,25 +244,51 @@ PixelFormat fedAs(GstVideoFormat format)
     }
 }
 
-GstCaps* capsOfOtherPad(View view, GstPadDirection direction, const GstCaps* caps)
+GstVideoFormat writtenFormat(GstVideoFormat input)
 {
-    GstCaps* other = gst_caps_new_empty();
-    for (guint i = 0; i < gst_caps_get_size(caps); ++i) {
-        GstStructure* structure = gst_structure_copy(gst_caps_get_structure(caps, i));
-        if (!exchangeFormats(structure, view)) {
-            gst_structure_free(structure);
-            continue;
+    if (input == GST_VIDEO_FORMAT_RGB) return GST_VIDEO_FORMAT_BGR;
+    if (input == GST_VIDEO_FORMAT_BGR) return GST_VIDEO_FORMAT_RGB;
+    return input;
+}
+
+GstCaps* templateCaps(GstPadDirection direction)
+{
+    const Size least = direction == GST_PAD_SINK ? kSmallestInput : kSmallestOutput;
+    GstStructure* structure = gst_structure_new_empty("video/x-raw");
+    setFormats(structure, formatsOf(direction));
+    setEvenRange(structure, "width", least.width);
+    setEvenRange(structure, "height", least.height);
+    return gst_caps_new_full(structure, nullptr);
+}
+
+GstCaps* capsOfOtherPad(View view, GstPadDirection direction, const GstCaps* caps, GstCaps* filter)
+{
+    GstCaps* direct = within(capsBehind(view, direction, caps, Conversion::none), filter);
+    if (direction == GST_PAD_SRC && filter && !gst_caps_is_empty(direct)) return direct;
+    return gst_caps_merge(direct,
+                          within(capsBehind(view, direction, caps, Conversion::needed), filter));
+}
+
+GstCaps* orderFormats(GstCaps* caps, const GstVideoInfo& input)
+{
+    const GstVideoFormat written = writtenFormat(GST_VIDEO_INFO_FORMAT(&input));
+    const auto distance = [&](GstVideoFormat format) {
+        return format == written ? 0 : isRgb(format) == isRgb(written) ? 1 : 2;
+    };
+    Formats order(std::begin(kGiven), std::end(kGiven));
+    std::ranges::stable_sort(order, {}, distance);
+    GstCaps* ordered = gst_caps_new_empty();
+    for (GstVideoFormat format : order)
+        for (guint i = 0; i < gst_caps_get_size(caps); ++i) {
+            if (!allows(gst_caps_get_structure(caps, i), format)) continue;
+            GstStructure* structure = gst_structure_copy(gst_caps_get_structure(caps, i));
+            setFormats(structure, {&format, 1});
+            if (distance(format) == 1) keepColours(structure, input);
+            gst_caps_append_structure_full(ordered, structure,
+                                           gst_caps_features_copy(gst_caps_get_features(caps, i)));
         }
-        const bool toOutput = direction == GST_PAD_SINK;
-        setRange(structure, "width", toOutput ? 16 : kSmallestInput.width);
-        setRange(structure, "height", toOutput ? 16 : kSmallestInput.height);
-        gst_structure_remove_field(structure, "pixel-aspect-ratio");
-        if (toOutput)
-            gst_structure_set(structure, "pixel-aspect-ratio", GST_TYPE_FRACTION, 1, 1, nullptr);
-        gst_caps_append_structure_full(other, structure,
-                                       gst_caps_features_copy(gst_caps_get_features(caps, i)));
-    }
-    return other;
+    gst_caps_unref(caps);
+    return ordered;
 }
 
 GstCaps* fixateOutput(GstCaps* caps, View view, Mount mount, Size input)

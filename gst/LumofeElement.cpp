@@ -5,6 +5,7 @@
 #include "Error.h"
 #include "LiveCamera.h"
 #include "Navigation.h"
+#include "OutputConverter.h"
 #include "Properties.h"
 
 #include <gst/video/gstvideofilter.h>
@@ -28,8 +29,10 @@ struct State {
     Navigation navigation;                            // guarded
     Complaint complaint; // about a camera's file or preset, for start(); guarded
 
-    Settings negotiated; // what the output's caps were chosen for; streaming thread
-    LiveCamera camera;   // streaming thread
+    // The streaming thread's alone.
+    Settings negotiated; // what the output's caps were chosen for
+    LiveCamera camera;
+    OutputConverter converter; // open while the output is not what the library writes
 };
 
 struct Element {
@@ -126,11 +129,7 @@ void getPropertyOf(GObject* object, guint id, GValue* value, GParamSpec* spec)
 GstCaps* transformCaps(GstBaseTransform* base, GstPadDirection direction, GstCaps* caps,
                        GstCaps* filter)
 {
-    GstCaps* other = capsOfOtherPad(settingsOf(base).view, direction, caps);
-    if (!filter) return other;
-    GstCaps* wanted = gst_caps_intersect_full(filter, other, GST_CAPS_INTERSECT_FIRST);
-    gst_caps_unref(other);
-    return wanted;
+    return capsOfOtherPad(settingsOf(base).view, direction, caps, filter);
 }
 
 GstCaps* fixateCaps(GstBaseTransform* base, GstPadDirection direction, GstCaps* caps,
@@ -141,7 +140,7 @@ GstCaps* fixateCaps(GstBaseTransform* base, GstPadDirection direction, GstCaps* 
         return transformParent()->fixate_caps(base, direction, caps, other);
     Settings& settings = stateOf(base).negotiated;
     settings = settingsOf(base);
-    return fixateOutput(other, settings.view, settings.mount,
+    return fixateOutput(orderFormats(other, input), settings.view, settings.mount,
                         {GST_VIDEO_INFO_WIDTH(&input), GST_VIDEO_INFO_HEIGHT(&input)});
 }
 
@@ -153,6 +152,10 @@ gboolean setInfo(GstVideoFilter* filter, GstCaps*, GstVideoInfo* in, GstCaps*, G
     const GstVideoFormat format = GST_VIDEO_INFO_FORMAT(in);
     try {
         state.camera.open(state.negotiated, input, output, fedAs(format));
+        if (GST_VIDEO_INFO_FORMAT(out) == writtenFormat(format))
+            state.converter.close();
+        else
+            state.converter.open(*in, *out);
     } catch (const Error& e) {
         GST_ELEMENT_ERROR(filter, LIBRARY, SETTINGS, ("%s", e.what()), (nullptr));
         return false;
@@ -188,7 +191,9 @@ GstFlowReturn transformFrame(GstVideoFilter* filter, GstVideoFrame* in, GstVideo
         }
     }
     try {
-        camera.dewarp(*in, *out);
+        OutputConverter& converter = stateOf(filter).converter;
+        camera.dewarp(*in, converter.isOpen() ? converter.picture() : *out);
+        if (converter.isOpen()) converter.convert(*out);
     } catch (const Error& e) {
         GST_ELEMENT_ERROR(filter, LIBRARY, FAILED, ("%s", e.what()), (nullptr));
         return GST_FLOW_ERROR;
@@ -219,6 +224,7 @@ gboolean start(GstBaseTransform* base)
 gboolean stop(GstBaseTransform* base)
 {
     stateOf(base).camera.close();
+    stateOf(base).converter.close();
     const ObjectLock lock(base);
     stateOf(base).output = {};
     stateOf(base).format = GST_VIDEO_FORMAT_UNKNOWN;
@@ -287,10 +293,9 @@ void initInstance(GTypeInstance* instance, void*)
     reinterpret_cast<Element*>(instance)->state = new State;
 }
 
-void addTemplate(GstElementClass* klass, const char* name, GstPadDirection direction,
-                 const char* text)
+void addTemplate(GstElementClass* klass, const char* name, GstPadDirection direction)
 {
-    GstCaps* caps = gst_caps_from_string(text);
+    GstCaps* caps = templateCaps(direction);
     gst_element_class_add_pad_template(klass,
                                        gst_pad_template_new(name, direction, GST_PAD_ALWAYS, caps));
     gst_caps_unref(caps);
@@ -310,10 +315,11 @@ void initClass(void* klass, void*)
         element, "Fisheye dewarper", "Filter/Effect/Video",
         "Shows the straight views of a fisheye camera. Drag to pan and tilt, scroll to zoom, "
         "double "
-        "click to go back. RGB comes out as BGR and the other way round",
+        "click to go back. Gives the format that it takes, of RGB BGR and the other way round, and "
+        "converts to others where these are asked for",
         "LumoFESDK");
-    addTemplate(element, "sink", GST_PAD_SINK, kInputCaps);
-    addTemplate(element, "src", GST_PAD_SRC, kOutputCaps);
+    addTemplate(element, "sink", GST_PAD_SINK);
+    addTemplate(element, "src", GST_PAD_SRC);
 
     GstBaseTransformClass* transform = GST_BASE_TRANSFORM_CLASS(klass);
     transform->transform_caps = transformCaps;

@@ -29,6 +29,37 @@ std::string capsText(const std::string& format, Size size)
            ", height=" + std::to_string(size.height) + ", framerate=25/1";
 }
 
+GstVideoInfo infoOf(GstVideoFormat format, Size size, const std::string& colorimetry)
+{
+    useGStreamer();
+    std::string text = capsText(gst_video_format_to_string(format), size);
+    if (!colorimetry.empty()) text += ", colorimetry=" + colorimetry;
+    GstCaps* caps = gst_caps_from_string(text.c_str());
+    GstVideoInfo info;
+    EXPECT_TRUE(gst_video_info_from_caps(&info, caps));
+    gst_caps_unref(caps);
+    return info;
+}
+
+Bytes converted(const Bytes& frame, const GstVideoInfo& from, const GstVideoInfo& to)
+{
+    Bytes result(GST_VIDEO_INFO_SIZE(&to));
+    GstVideoConverter* converter = gst_video_converter_new(&from, &to, nullptr);
+    GstBuffer* in = gst_buffer_new_memdup(frame.data(), frame.size());
+    GstBuffer* out = gst_buffer_new_allocate(nullptr, result.size(), nullptr);
+    GstVideoFrame source, target;
+    EXPECT_TRUE(gst_video_frame_map(&source, &from, in, GST_MAP_READ));
+    EXPECT_TRUE(gst_video_frame_map(&target, &to, out, GST_MAP_WRITE));
+    gst_video_converter_frame(converter, &source, &target);
+    gst_video_frame_unmap(&source);
+    gst_video_frame_unmap(&target);
+    gst_buffer_extract(out, 0, result.data(), result.size());
+    gst_buffer_unref(in);
+    gst_buffer_unref(out);
+    gst_video_converter_free(converter);
+    return result;
+}
+
 Bytes frameBytes(std::size_t bytes, int number)
 {
     Bytes frame(bytes);
@@ -117,7 +148,12 @@ Pipeline::~Pipeline()
 
 void Pipeline::input(const std::string& format, Size size)
 {
-    gst_harness_set_src_caps_str(harness_, capsText(format, size).c_str());
+    inputCaps(capsText(format, size));
+}
+
+void Pipeline::inputCaps(const std::string& caps)
+{
+    gst_harness_set_src_caps_str(harness_, caps.c_str());
 }
 
 void Pipeline::acceptOutput(const std::string& caps)

@@ -25,6 +25,12 @@ inline constexpr Mount kMounts[] = {Mount::ceiling, Mount::wall, Mount::floor};
 // "video/x-raw" of that format and size.
 std::string capsText(const std::string& format, Size size);
 
+// Of capsText() with a colorimetry such as "bt709"; empty: the usual one of the size.
+GstVideoInfo infoOf(GstVideoFormat format, Size size, const std::string& colorimetry = {});
+
+// Pixels of one frame, as GStreamer converts them, byte by byte as they lie in a buffer.
+Bytes converted(const Bytes& frame, const GstVideoInfo& from, const GstVideoInfo& to);
+
 // Smooth, with other values in each row and column; the same for the same number.
 Bytes frameBytes(std::size_t bytes, int number = 0);
 
@@ -59,6 +65,7 @@ public:
 
     // From now on.
     void input(const std::string& format, Size size = kInput);
+    void inputCaps(const std::string& caps);
     void acceptOutput(const std::string& caps);
 
     template <class Value>
@@ -82,6 +89,7 @@ public:
     // Format and size of the output.
     std::string outputFormat();
     Size outputSize();
+    GstVideoInfo outputInfo();
 
     // What the element told: the text of the first error or warning that was not asked for yet.
     std::string message(GstMessageType type);
@@ -97,7 +105,6 @@ public:
 
 private:
     void navigate(GstEvent* event);
-    GstVideoInfo outputInfo();
 
     GstHarness* harness_;
     GstBus* bus_;

@@ -81,12 +81,14 @@ TEST(LumofeElement, TheCapsBehindItSayHowLargeTheOutputIs)
 
 TEST(LumofeElement, ASizeThatDoesNotComposeIsAnError)
 {
-    Pipeline pipeline("layout=quad");
-    pipeline.acceptOutput("video/x-raw, width=302, height=240");
-    pipeline.input("NV12");
-    EXPECT_NE(pipeline.push(frameBytes(kInputBytes)), GST_FLOW_OK);
-    EXPECT_NE(pipeline.message(GST_MESSAGE_ERROR).find("the nearest is 304x240"),
-              std::string::npos);
+    for (const char* format : {"", ", format=BGRx"}) {
+        Pipeline pipeline("layout=quad");
+        pipeline.acceptOutput(std::string("video/x-raw, width=302, height=240") + format);
+        pipeline.input("NV12");
+        EXPECT_NE(pipeline.push(frameBytes(kInputBytes)), GST_FLOW_OK);
+        EXPECT_NE(pipeline.message(GST_MESSAGE_ERROR).find("the nearest is 304x240"),
+                  std::string::npos);
+    }
 }
 
 TEST(LumofeElement, ViewsAreSteeredLive)

@@ -6,6 +6,8 @@ GST_PLUGIN_PATH=$(dirname "$plugin")
 GST_REGISTRY=$scratch/registry.bin
 export GST_PLUGIN_PATH GST_REGISTRY
 status=0
+server=
+trap '[ -z "$server" ] || kill "$server"' EXIT
 
 fail() {
     echo "check_launch.sh: $*" >&2
@@ -49,4 +51,38 @@ if launch videoconvert ! lumofe layout=quad ! video/x-raw,width=302,height=240 !
     fail "a size that leaves gaps is taken"
 fi
 grep -q "the nearest is 304x240" "$scratch/err" || fail "the message is: $(cat "$scratch/err")"
+
+# The element's own conversion is that of a videoconvert behind it. Without a colorimetry in the caps
+# that one takes what is usual for the size of the output, not of the input.
+for input in "NV12,colorimetry=bt709 NV12 quad" "I420,colorimetry=bt601 I420 quad" "NV12,colorimetry=bt709 NV12 360" \
+    "RGB BGR single"; do
+    # shellcheck disable=SC2086 # three words
+    set -- $input
+    for direct in "" "video/x-raw,format=$2 ! videoconvert !"; do
+        # shellcheck disable=SC2086 # elements
+        launch videoconvert ! "video/x-raw,format=$1" ! lumofe layout="$3" ! $direct video/x-raw,format=BGRx ! \
+            filesink "location=$scratch/bgrx${direct:+_behind}" || fail "$input to BGRx fails: $(cat "$scratch/err")"
+    done
+    cmp "$scratch/bgrx" "$scratch/bgrx_behind" || fail "$input is converted differently"
+done
+
+# Pipelines of the page, on a screen of the test's own.
+rm -f "$scratch/display"
+Xvfb -displayfd 1 -screen 0 800x600x24 -nolisten tcp >"$scratch/display" 2>/dev/null &
+server=$!
+for _ in 1 2 3 4 5 6 7 8 9 10; do
+    [ ! -s "$scratch/display" ] || break
+    sleep 1
+done
+DISPLAY=:$(cat "$scratch/display")
+export DISPLAY
+launch theoraenc ! oggmux ! filesink "location=$scratch/cam.ogg" || fail "no video: $(cat "$scratch/err")"
+page=$(dirname "$0")/../../docs/gstreamer.md
+line=$(sed -n 's/^    gst-launch-1.0 \(filesrc location=cam.mp4 ! .*\) ! autovideosink$/\1/p' "$page")
+[ -n "$line" ] || fail "the page has no pipeline"
+for sink in ximagesink "video/x-raw,format=RGB16 ! fakesink"; do
+    # shellcheck disable=SC2086 # elements
+    (cd "$scratch" && timeout 60 gst-launch-1.0 --no-fault -q ${line%%cam.mp4*}cam.ogg${line#*cam.mp4} ! $sink) \
+        >"$scratch/out" 2>&1 || fail "$line ! $sink fails: $(cat "$scratch/out")"
+done
 exit $status
