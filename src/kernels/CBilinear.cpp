@@ -1,6 +1,7 @@
 // The whole-frame remapping kernels.
 #include "CBilinear.h"
 
+#include "kernels/CopyPairs.h"
 #include "kernels/RemapOps.h"
 #include "kernels/Sampling.h"
 #include "kernels/TickLines.h"

@@ -34,18 +34,37 @@ struct PlanBlock {
 };
 static_assert(sizeof(PlanBlock) == 176);
 
-// Byte shuffles for 128 bits: bytes 4 * i to 4 * i + 3, each four times, or twice with a zero
+// Neighbouring blocks, and what is made of them.
+struct PlanRow {
+    const PlanBlock* blocks;
+    std::size_t count;
+    std::size_t ahead; // samples are fetched for the block so many after each, which must exist
+    const unsigned char *luma, *chroma; // the source; chroma when there are pairs
+    int stride;                         // of luma
+    unsigned char *top, *bottom;        // two rows of luma
+    unsigned char* pairs;               // a row of chroma; null where the picture has none in pairs
+};
+
+// Byte shuffles for each 128 bits: bytes 4 * i to 4 * i + 3, each four times, or twice with a zero
 // behind it.
-alignas(16) inline constexpr unsigned char kFourTimes[4][16] = {
-    {0, 0, 0, 0, 1, 1, 1, 1, 2, 2, 2, 2, 3, 3, 3, 3},
-    {4, 4, 4, 4, 5, 5, 5, 5, 6, 6, 6, 6, 7, 7, 7, 7},
-    {8, 8, 8, 8, 9, 9, 9, 9, 10, 10, 10, 10, 11, 11, 11, 11},
-    {12, 12, 12, 12, 13, 13, 13, 13, 14, 14, 14, 14, 15, 15, 15, 15}};
-alignas(16) inline constexpr unsigned char kTwice[4][16] = {
-    {0, 255, 0, 255, 1, 255, 1, 255, 2, 255, 2, 255, 3, 255, 3, 255},
-    {4, 255, 4, 255, 5, 255, 5, 255, 6, 255, 6, 255, 7, 255, 7, 255},
-    {8, 255, 8, 255, 9, 255, 9, 255, 10, 255, 10, 255, 11, 255, 11, 255},
-    {12, 255, 12, 255, 13, 255, 13, 255, 14, 255, 14, 255, 15, 255, 15, 255}};
+alignas(32) inline constexpr unsigned char kFourTimes[4][32] = {
+    {0, 0, 0, 0, 1, 1, 1, 1, 2, 2, 2, 2, 3, 3, 3, 3,
+     0, 0, 0, 0, 1, 1, 1, 1, 2, 2, 2, 2, 3, 3, 3, 3},
+    {4, 4, 4, 4, 5, 5, 5, 5, 6, 6, 6, 6, 7, 7, 7, 7,
+     4, 4, 4, 4, 5, 5, 5, 5, 6, 6, 6, 6, 7, 7, 7, 7},
+    {8, 8, 8, 8, 9, 9, 9, 9, 10, 10, 10, 10, 11, 11, 11, 11,
+     8, 8, 8, 8, 9, 9, 9, 9, 10, 10, 10, 10, 11, 11, 11, 11},
+    {12, 12, 12, 12, 13, 13, 13, 13, 14, 14, 14, 14, 15, 15, 15, 15,
+     12, 12, 12, 12, 13, 13, 13, 13, 14, 14, 14, 14, 15, 15, 15, 15}};
+alignas(32) inline constexpr unsigned char kTwice[4][32] = {
+    {0, 255, 0, 255, 1, 255, 1, 255, 2, 255, 2, 255, 3, 255, 3, 255,
+     0, 255, 0, 255, 1, 255, 1, 255, 2, 255, 2, 255, 3, 255, 3, 255},
+    {4, 255, 4, 255, 5, 255, 5, 255, 6, 255, 6, 255, 7, 255, 7, 255,
+     4, 255, 4, 255, 5, 255, 5, 255, 6, 255, 6, 255, 7, 255, 7, 255},
+    {8, 255, 8, 255, 9, 255, 9, 255, 10, 255, 10, 255, 11, 255, 11, 255,
+     8, 255, 8, 255, 9, 255, 9, 255, 10, 255, 10, 255, 11, 255, 11, 255},
+    {12, 255, 12, 255, 13, 255, 13, 255, 14, 255, 14, 255, 15, 255, 15, 255,
+     12, 255, 12, 255, 13, 255, 13, 255, 14, 255, 14, 255, 15, 255, 15, 255}};
 
 } // namespace fe
 

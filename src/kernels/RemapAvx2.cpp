@@ -158,47 +158,47 @@ struct Avx2Vectors {
     }
     static Vec eachFourTimes(const unsigned char* bytes, std::size_t i)
     {
-        return _mm256_shuffle_epi8(loadBytes(bytes), inBothLanes(fe::kFourTimes[i]));
+        return _mm256_shuffle_epi8(loadBytes(bytes), loadBytes(fe::kFourTimes[i]));
     }
     static Vec eachTwice(const unsigned char* bytes, std::size_t i)
     {
-        return _mm256_shuffle_epi8(loadBytes(bytes), inBothLanes(fe::kTwice[i]));
+        return _mm256_shuffle_epi8(loadBytes(bytes), loadBytes(fe::kTwice[i]));
     }
+    // Of every 128 bits, the lower or upper half's bytes as words.
+    static Vec lowBytes(Vec a) { return _mm256_unpacklo_epi8(a, zero()); }
+    static Vec highBytes(Vec a) { return _mm256_unpackhi_epi8(a, zero()); }
+    // The words of a and b in turn.
+    static Vec lowWords(Vec a, Vec b) { return _mm256_unpacklo_epi16(a, b); }
+    static Vec highWords(Vec a, Vec b) { return _mm256_unpackhi_epi16(a, b); }
     // Each tile's upper two pixels from a, its lower two from b.
     static Vec lowerPixels(Vec a, Vec b) { return _mm256_blend_epi32(a, b, 0xCC); }
     template <bool shared>
-    static void loadWindows(const unsigned char* const (&tiles)[2], std::ptrdiff_t row,
+    static void loadWindows(const unsigned char* const (&rows)[4], const std::ptrdiff_t (&tiles)[2],
                             Vec (&windows)[1])
     {
-        const unsigned char* p = tiles[0];
-        const unsigned char* p3 = p + 3 * row;
+        const auto at = [&](int row, int tile) { return broadcast32(rows[row] + tiles[tile]); };
+        Vec a = at(0, 0);
         if constexpr (shared) {
-            Vec a = broadcast32(p);
-            a = _mm256_blend_epi32(a, broadcast32(p + row), 0x22);
-            a = _mm256_blend_epi32(a, broadcast32(p + 2 * row), 0x44);
-            windows[0] = _mm256_blend_epi32(a, broadcast32(p3), 0x88);
+            a = _mm256_blend_epi32(a, at(1, 0), 0x22);
+            a = _mm256_blend_epi32(a, at(2, 0), 0x44);
+            windows[0] = _mm256_blend_epi32(a, at(3, 0), 0x88);
         } else {
-            const unsigned char* q = tiles[1];
-            const unsigned char* q3 = q + 3 * row;
-            Vec a = broadcast32(p), b = broadcast32(q);
-            a = _mm256_blend_epi32(a, broadcast32(p + row), 0x02);
-            b = _mm256_blend_epi32(b, broadcast32(q + row), 0x20);
-            a = _mm256_blend_epi32(a, broadcast32(p + 2 * row), 0x04);
-            b = _mm256_blend_epi32(b, broadcast32(q + 2 * row), 0x40);
-            a = _mm256_blend_epi32(a, broadcast32(p3), 0x08);
-            b = _mm256_blend_epi32(b, broadcast32(q3), 0x80);
+            Vec b = at(0, 1);
+            a = _mm256_blend_epi32(a, at(1, 0), 0x02);
+            b = _mm256_blend_epi32(b, at(1, 1), 0x20);
+            a = _mm256_blend_epi32(a, at(2, 0), 0x04);
+            b = _mm256_blend_epi32(b, at(2, 1), 0x40);
+            a = _mm256_blend_epi32(a, at(3, 0), 0x08);
+            b = _mm256_blend_epi32(b, at(3, 1), 0x80);
             windows[0] = _mm256_blend_epi32(a, b, 0xF0);
         }
     }
     static void storeTiles(unsigned char* top, unsigned char* bottom, const Vec (&values)[4])
     {
-        Vec v[4];
-        for (int i = 0; i < 4; ++i)
-            v[i] = _mm256_srai_epi32(values[i], 16);
         const Vec bytes =
-            _mm256_packs_epi16(_mm256_packs_epi32(v[0], v[1]), _mm256_packs_epi32(v[2], v[3]));
+            _mm256_packs_epi16(upperWords(values[0], values[1]), upperWords(values[2], values[3]));
         const Vec order = _mm256_broadcastsi128_si256(
-            _mm_setr_epi8(0, 1, 4, 5, 8, 9, 12, 13, 2, 3, 6, 7, 10, 11, 14, 15));
+            _mm_setr_epi8(0, 2, 1, 3, 8, 10, 9, 11, 4, 6, 5, 7, 12, 14, 13, 15));
         const Vec rows =
             _mm256_shuffle_epi8(_mm256_xor_si256(bytes, _mm256_set1_epi8(-128)), order);
         const __m128i even = _mm256_castsi256_si128(rows);

@@ -13,6 +13,7 @@
 // The neighbours of a row are the last two of four bytes loaded at once (of eight for packed
 // pixels). Blocks whose first index is too low for that, with fractions above 256, or with
 // neighbours of weight 0 that may not exist, go to the plain loop.
+#include "kernels/CopyPairs.h"
 #include "kernels/RemapOps.h"
 
 #include <cstring>
@@ -156,24 +157,40 @@ void mapLuma(const unsigned char* src, unsigned char* dst, const int* table, std
 
 enum class Windows { shared, ofTiles, ofRows };
 
-// One block of a plan. A vector holds one tile of a pair or both; the values of tiles 0, 2, 4, 6
-// come first, with those of 1, 3, 5, 7 in their upper lanes or behind them.
+// The vertical weights of each tile's four pixels, from 16 fractions in every 128 bits.
+template <class V>
+void weightsOfTiles(typename V::Vec fy, typename V::Vec (&weights)[4])
+{
+    const typename V::Vec words[2] = {V::lowBytes(fy), V::highBytes(fy)};
+    for (std::size_t i = 0; i < 2; ++i) {
+        const auto rest = V::sub16(V::all16(256), words[i]);
+        weights[2 * i] = V::lowWords(rest, words[i]);
+        weights[2 * i + 1] = V::highWords(rest, words[i]);
+    }
+}
+
+// Luma of one block of a plan; srcRows are the source's first four rows. A vector holds one tile of
+// a pair or both; the values of tiles 0, 2, 4, 6 come first, with those of 1, 3, 5, 7 in their
+// upper lanes or behind them. Inlined, so that the constants stay where they are from block to
+// block.
 template <class V, Windows kind>
-void planBlock(const fe::PlanBlock& block, const unsigned char* src, std::ptrdiff_t stride,
-               unsigned char* top, unsigned char* bottom)
+[[gnu::always_inline]] inline void planBlock(const fe::PlanBlock& block,
+                                             const unsigned char* const (&srcRows)[4],
+                                             unsigned char* top, unsigned char* bottom)
 {
     constexpr std::size_t kPairs = 4, kVectors = 8 / V::kLanes; // vectors of a pair
-    typename V::Vec values[kPairs * kVectors];
+    typename V::Vec values[kPairs * kVectors], weights[kVectors][kPairs];
+    for (std::size_t v = 0; v < kVectors; ++v)
+        weightsOfTiles<V>(V::loadBytes(block.fy + 16 * v), weights[v]);
     for (std::size_t pair = 0; pair < kPairs; ++pair) {
-        const unsigned char* const tiles[2] = {
-            src + block.window[2 * pair],
-            src + block.window[2 * pair + (kind == Windows::shared ? 0 : 1)]};
+        const std::ptrdiff_t tiles[2] = {
+            block.window[2 * pair], block.window[2 * pair + (kind == Windows::shared ? 0 : 1)]};
         typename V::Vec windows[kVectors], lower[kVectors];
-        V::template loadWindows<kind == Windows::shared>(tiles, stride, windows);
+        V::template loadWindows<kind == Windows::shared>(srcRows, tiles, windows);
         if (kind == Windows::ofRows) {
-            const unsigned char* const rows[2] = {tiles[0] + block.lower[2 * pair],
-                                                  tiles[1] + block.lower[2 * pair + 1]};
-            V::template loadWindows<false>(rows, stride, lower);
+            const std::ptrdiff_t below[2] = {tiles[0] + block.lower[2 * pair],
+                                             tiles[1] + block.lower[2 * pair + 1]};
+            V::template loadWindows<false>(srcRows, below, lower);
         }
         for (std::size_t v = 0; v < kVectors; ++v) {
             const auto place =
@@ -182,8 +199,7 @@ void planBlock(const fe::PlanBlock& block, const unsigned char* src, std::ptrdif
             if (kind == Windows::ofRows)
                 samples = V::lowerPixels(samples, V::shuffle8(lower[v], place));
             values[v * kPairs + pair] =
-                interpolate<V>(samples, V::eachTwice(block.fx + 16 * v, pair),
-                               verticalWeights<V>(V::eachTwice(block.fy + 16 * v, pair)));
+                interpolate<V>(samples, V::eachTwice(block.fx + 16 * v, pair), weights[v][pair]);
         }
     }
     V::storeTiles(top, bottom, values);
@@ -192,31 +208,44 @@ void planBlock(const fe::PlanBlock& block, const unsigned char* src, std::ptrdif
 // The plan itself, and the first and last rows of the windows of the block that comes `ahead`
 // blocks later.
 template <class V>
-void prefetchPlan(const unsigned char* src, std::ptrdiff_t stride, const fe::PlanBlock* blocks,
-                  std::size_t ahead)
+void prefetchPlan(const fe::PlanBlock* blocks, std::size_t ahead,
+                  const unsigned char* const (&srcRows)[4])
 {
     constexpr std::size_t kBlocksAhead = 32;
     for (std::size_t line = 0; line < sizeof(fe::PlanBlock); line += 64)
         prefetchAhead<V>(blocks, kBlocksAhead * sizeof(fe::PlanBlock) + line);
     for (std::size_t tile = 0; tile < fe::kTilesInBlock; tile += 2) {
-        const unsigned char* window = src + blocks[ahead].window[tile];
-        V::prefetch(window);
-        V::prefetch(window + 3 * stride);
+        const std::ptrdiff_t window = blocks[ahead].window[tile];
+        V::prefetch(srcRows[0] + window);
+        V::prefetch(srcRows[3] + window);
     }
 }
 
+// Chroma follows each block's luma, whose arithmetic hides how long its samples take to come.
 template <class V>
-void planRow(const fe::PlanBlock* blocks, std::size_t count, const unsigned char* src, int stride,
-             unsigned char* top, unsigned char* bottom, std::size_t ahead)
+void planRow(const fe::PlanRow& row)
 {
-    for (; count != 0; --count, ++blocks, top += fe::kPlanBlockW, bottom += fe::kPlanBlockW) {
-        prefetchPlan<V>(src, stride, blocks, ahead);
-        if (blocks->lower[0] != fe::PlanBlock::kNone)
-            planBlock<V, Windows::ofRows>(*blocks, src, stride, top, bottom);
-        else if (blocks->window[1] == fe::PlanBlock::kWide)
-            planBlock<V, Windows::shared>(*blocks, src, stride, top, bottom);
+    const std::ptrdiff_t stride = row.stride;
+    const unsigned char* const srcRows[4] = {row.luma, row.luma + stride, row.luma + 2 * stride,
+                                             row.luma + 3 * stride};
+    // Stores of bytes could change what `row` refers to.
+    const std::size_t count = row.count, ahead = row.ahead;
+    const fe::PlanBlock* block = row.blocks;
+    const unsigned char* chroma = row.chroma;
+    unsigned char *top = row.top, *bottom = row.bottom, *pairs = row.pairs;
+    for (std::size_t b = 0; b < count; ++b, ++block) {
+        prefetchPlan<V>(block, ahead, srcRows);
+        if (block->lower[0] != fe::PlanBlock::kNone)
+            planBlock<V, Windows::ofRows>(*block, srcRows, top, bottom);
+        else if (block->window[1] == fe::PlanBlock::kWide)
+            planBlock<V, Windows::shared>(*block, srcRows, top, bottom);
         else
-            planBlock<V, Windows::ofTiles>(*blocks, src, stride, top, bottom);
+            planBlock<V, Windows::ofTiles>(*block, srcRows, top, bottom);
+        top += fe::kPlanBlockW;
+        bottom += fe::kPlanBlockW;
+        if (!pairs) continue;
+        fe::copyPairs(block->chroma, fe::kTilesInBlock, chroma, pairs);
+        pairs += fe::kPlanBlockW;
     }
 }
 

@@ -40,11 +40,8 @@ struct RemapOps {
     // Index of the chroma sample of each second entry: `count` indices of 2 * count - 1 entries.
     void (*chromaIndices)(std::int32_t* indices, const int* table, std::size_t count,
                           const Divider& stride);
-    // Luma of `count` neighbouring blocks of a plan, two rows of output. Reads the whole windows,
-    // and fetches samples for the block that comes `ahead` blocks after each, which must exist.
-    // Null where a plan would not pay.
-    void (*planRow)(const PlanBlock* blocks, std::size_t count, const unsigned char* src,
-                    int stride, unsigned char* top, unsigned char* bottom, std::size_t ahead);
+    // Maps neighbouring blocks of a plan. Reads the whole windows. Null where a plan would not pay.
+    void (*planRow)(const PlanRow& row);
 };
 
 // A high index all of whose neighbours have a weight: those of lower indices exist, too. -1 if

@@ -1,6 +1,7 @@
 // Making and following a remapping plan.
 #include "kernels/RemapPlan.h"
 
+#include "kernels/CopyPairs.h"
 #include "kernels/Sampling.h"
 
 #include <algorithm>
@@ -288,7 +289,13 @@ void mapByPlan(const RemapPlan& plan, const int* table, const RemapOps& ops,
             unsigned char* top =
                 dst.luma + std::ptrdiff_t(row * kPlanBlockH) * dst.lumaPitch + column * kPlanBlockW;
             const std::size_t ahead = row + kRowsAhead < blocks.rows() ? kRowsAhead * width : 0;
-            ops.planRow(strip, width, src.luma, plan.stride, top, top + dst.lumaPitch, ahead);
+            const bool paired = dst.chromaPlanes == 1;
+            unsigned char* pairs = paired ? dst.chroma[0] + std::ptrdiff_t(row) * dst.chromaPitch +
+                                                column * kPlanBlockW
+                                          : nullptr;
+            ops.planRow({strip, width, ahead, src.luma, src.chroma[0], plan.stride, top,
+                         top + dst.lumaPitch, pairs});
+            if (paired) continue;
             for (std::size_t b = 0; b < width; ++b)
                 copyChroma(strip[b].chroma, kTilesInBlock, src, dst, row,
                            (column + b) * kTilesInBlock);

@@ -9,17 +9,17 @@ struct Ssse3Vectors : SseVectors {
     static Vec add8(Vec a, Vec b) { return _mm_add_epi8(a, b); }
     static Vec differences8(Vec a) { return _mm_maddubs_epi16(a, _mm_set1_epi16(0x01FF)); }
     static Vec shuffle8(Vec a, Vec order) { return _mm_shuffle_epi8(a, order); }
-    static Vec load(const unsigned char* p)
+    static Vec loadBytes(const unsigned char* p)
     {
         return _mm_loadu_si128(reinterpret_cast<const Vec*>(p));
     }
     static Vec eachFourTimes(const unsigned char* bytes, std::size_t i)
     {
-        return _mm_shuffle_epi8(load(bytes), load(fe::kFourTimes[i]));
+        return _mm_shuffle_epi8(loadBytes(bytes), loadBytes(fe::kFourTimes[i]));
     }
     static Vec eachTwice(const unsigned char* bytes, std::size_t i)
     {
-        return _mm_shuffle_epi8(load(bytes), load(fe::kTwice[i]));
+        return _mm_shuffle_epi8(loadBytes(bytes), loadBytes(fe::kTwice[i]));
     }
     static Vec pixelPairs(const unsigned char* src, std::ptrdiff_t rowBytes, const int* block,
                           int entry)
@@ -30,21 +30,28 @@ struct Ssse3Vectors : SseVectors {
             _mm_setr_epi8(2, 5, 10, 13, 3, 6, 11, 14, 4, 7, 12, 15, -1, -1, -1, -1));
     }
     template <bool shared>
-    static void loadWindows(const unsigned char* const (&tiles)[2], std::ptrdiff_t row,
+    static void loadWindows(const unsigned char* const (&rows)[4], const std::ptrdiff_t (&tiles)[2],
                             Vec (&windows)[2])
     {
-        windows[0] = loadWindow(tiles[0], row);
-        windows[1] = shared ? windows[0] : loadWindow(tiles[1], row);
+        windows[0] = loadWindow(rows, tiles[0]);
+        windows[1] = shared ? windows[0] : loadWindow(rows, tiles[1]);
     }
+    // Of every 128 bits, the lower or upper half's bytes as words.
+    static Vec lowBytes(Vec a) { return _mm_unpacklo_epi8(a, zero()); }
+    static Vec highBytes(Vec a) { return _mm_unpackhi_epi8(a, zero()); }
+    // The words of a and b in turn.
+    static Vec lowWords(Vec a, Vec b) { return _mm_unpacklo_epi16(a, b); }
+    static Vec highWords(Vec a, Vec b) { return _mm_unpackhi_epi16(a, b); }
     // Each tile's upper two pixels from a, its lower two from b.
     static Vec lowerPixels(Vec a, Vec b)
     {
         return _mm_castpd_si128(_mm_shuffle_pd(_mm_castsi128_pd(a), _mm_castsi128_pd(b), 2));
     }
-    static Vec loadWindow(const unsigned char* p, std::ptrdiff_t row)
+    static Vec loadWindow(const unsigned char* const (&rows)[4], std::ptrdiff_t tile)
     {
-        return _mm_unpacklo_epi64(_mm_unpacklo_epi32(load32(p), load32(p + row)),
-                                  _mm_unpacklo_epi32(load32(p + 2 * row), load32(p + 3 * row)));
+        const auto at = [&](int row) { return load32(rows[row] + tile); };
+        return _mm_unpacklo_epi64(_mm_unpacklo_epi32(at(0), at(1)),
+                                  _mm_unpacklo_epi32(at(2), at(3)));
     }
     static void storeTiles(unsigned char* top, unsigned char* bottom, const Vec (&values)[8])
     {

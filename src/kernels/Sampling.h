@@ -37,27 +37,6 @@ inline std::ptrdiff_t chromaIndex(std::int32_t index, int stride)
     return std::ptrdiff_t(stride >> 1) * (row >> 1) + (col >> 1);
 }
 
-// Copies the pairs of chroma with these indices, four at a time: a store for each would take longer
-// than the rest.
-inline void copyPairs(const std::int32_t* indices, std::size_t count, const unsigned char* src,
-                      unsigned char* dst)
-{
-    const auto pair = [=](std::size_t t) {
-        std::uint16_t bytes;
-        std::memcpy(&bytes, src + 2 * std::ptrdiff_t(indices[t]), sizeof bytes);
-        return std::uint32_t(bytes);
-    };
-    std::size_t t = 0;
-    for (; t + 4 <= count; t += 4) {
-        const std::uint32_t first = pair(t) | pair(t + 1) << 16;
-        const std::uint32_t second = pair(t + 2) | pair(t + 3) << 16;
-        const std::uint64_t four = first | std::uint64_t(second) << 32;
-        std::memcpy(dst + 2 * t, &four, sizeof four);
-    }
-    for (; t < count; ++t)
-        std::memcpy(dst + 2 * t, src + 2 * std::ptrdiff_t(indices[t]), 2);
-}
-
 // True when a kernel has something to do.
 inline bool canMap(const void* src, const void* dst, const void* table, int outW, int outH,
                    int stride)
