@@ -2,7 +2,7 @@
 # Builds and runs every test for both word sizes: check.sh [PRESET...]
 #
 # Without presets: the release builds in full, one of them with the viewer, the GStreamer element and
-# the Python module, the library and the tools sanitized, then the golden hashes of unoptimised and
+# the Python module, the library and the tool sanitized, then the golden hashes of unoptimised and
 # Clang builds, which must be the same, processors with fewer instructions, the instructions that a
 # frame takes, slots on threads, clang-tidy over the library, a while of fuzzing, the documentation,
 # which must build without warnings, the binary interface and the release's archives. The whole needs
@@ -35,8 +35,6 @@ cmake --preset release-64 -DLUMOFE_BUILD_GSTREAMER=ON -DLUMOFE_BUILD_PYTHON=ON \
 for preset in release-32 release-64 sanitize-32; do
     run "$preset" all
 done
-# The library's own tests have run sanitized already.
-run sanitize-64 "tools_tests silent_tests" -R '^(tools|silent)'
 for preset in debug-32 debug-64 clang-32 clang-64; do
     echo "== $preset"
     cmake --preset "$preset" >/dev/null
@@ -59,9 +57,6 @@ echo "== fuzzing"
 export LUMOFE_FUZZ_SEED=1
 scripts/fuzz.sh fuzz-64 40 slots kernels
 scripts/fuzz.sh guard-32 0 slots kernels
-# The third one takes one core, the rest the other.
-scripts/fuzz.sh fuzz-64 40 parsers &
-readers=$!
 echo "== documentation"
 cmake --build --preset release-32 --target draw_directions draw_cut_circle -- --quiet
 scripts/docs.sh
@@ -69,5 +64,4 @@ echo "== abi"
 scripts/abi.sh check
 echo "== dist"
 scripts/check_dist.sh
-wait $readers
 echo "all tests passed"
