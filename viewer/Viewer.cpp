@@ -19,7 +19,8 @@ namespace lumofe::viewer {
 namespace {
 
 constexpr double kMessageSeconds = 4;
-constexpr int kLongestWait = 100; // milliseconds until signals and files are looked after again
+constexpr int kLongestWait = 100;   // milliseconds until signals and files are looked after again
+constexpr Uint32 kPollInterval = 2; // milliseconds from one look for events to the next
 
 double now()
 {
@@ -99,10 +100,17 @@ int Viewer::waitingTime(double now) const
     return std::clamp(int(std::ceil(1000 * (clock_.next() - now))), 0, kLongestWait);
 }
 
+// Not by SDL_WaitEventTimeout: under X, it has itself woken up by events that it sends to the
+// window through a connection of its own, and one that comes after the window is gone ends the
+// program.
 void Viewer::waitForEvents()
 {
+    const Uint64 end = SDL_GetTicks64() + Uint64(waitingTime(now()));
     SDL_Event event;
-    if (!SDL_WaitEventTimeout(&event, waitingTime(now()))) return;
+    while (!SDL_PollEvent(&event)) {
+        if (SDL_GetTicks64() >= end) return;
+        SDL_Delay(kPollInterval);
+    }
     do {
         handle(event);
     } while (SDL_PollEvent(&event));
