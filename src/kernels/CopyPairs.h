@@ -19,7 +19,7 @@ static inline void copyPairs(const std::int32_t* indices, std::size_t count,
         const auto pair = [=](std::size_t i) {
             std::int16_t bytes;
             std::memcpy(&bytes, src + 2 * std::ptrdiff_t(indices[t + i]), sizeof bytes);
-            return int(bytes);
+            return bytes;
         };
         __m128i eight = _mm_cvtsi32_si128(pair(0));
         eight = _mm_insert_epi16(eight, pair(1), 1);
