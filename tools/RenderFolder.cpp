@@ -2,10 +2,9 @@
 #include "RenderFolder.h"
 
 #include "Error.h"
-#include "InputKind.h"
 #include "OutputKind.h"
+#include "PictureFolder.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <vector>
@@ -14,20 +13,6 @@ namespace lumofe {
 namespace {
 
 namespace fs = std::filesystem;
-
-std::vector<fs::path> picturesIn(const std::string& folder)
-{
-    std::vector<fs::path> pictures;
-    std::error_code error;
-    for (fs::directory_iterator it(folder, error); !error && it != fs::directory_iterator();
-         it.increment(error))
-        if (isPictureName(it->path()) && !it->is_directory()) pictures.push_back(it->path());
-    if (error) throw Error(folder + ": cannot be read (" + error.message() + "); check its rights");
-    if (pictures.empty())
-        throw Error(folder + ": holds no .png, .jpg, .jpeg or .bmp file; give another folder");
-    std::ranges::sort(pictures);
-    return pictures;
-}
 
 bool isFileName(const std::string& output)
 {
@@ -61,13 +46,13 @@ void checkFolders(const RenderOptions& options)
 void renderFolder(const RenderOptions& options,
                   const std::function<void(const RenderOptions&)>& render)
 {
-    const std::vector<fs::path> pictures = picturesIn(options.input);
+    const std::vector<std::string> pictures = picturesIn(options.input);
     checkFolders(options);
     std::size_t failed = 0;
-    for (const fs::path& picture : pictures) {
+    for (const std::string& picture : pictures) {
         RenderOptions file = options;
-        file.input = picture.string();
-        file.output = (fs::path(options.output) / picture.filename()).string();
+        file.input = picture;
+        file.output = (fs::path(options.output) / fs::path(picture).filename()).string();
         try {
             render(file);
         } catch (const Error& e) {

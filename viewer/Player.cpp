@@ -2,11 +2,13 @@
 #include "Player.h"
 
 #include "Error.h"
+#include "PictureFolder.h"
 #include "TemporaryFile.h"
 #include "media/Pixels.h"
 #include "video/FrameSources.h"
 
 #include <cstdint>
+#include <filesystem>
 #include <sys/eventfd.h>
 #include <utility>
 
@@ -14,6 +16,14 @@ namespace lumofe::viewer {
 namespace {
 
 constexpr std::size_t kFramesAhead = 4; // hide the start of ffmpeg when a video begins anew
+
+OpenedInput openPlayable(const std::string& path, const FfmpegOptions& options)
+{
+    std::error_code error;
+    if (std::filesystem::is_directory(path, error))
+        return {path, std::make_unique<FolderSource>(path), {}};
+    return openInput(path, options);
+}
 
 VideoFormat formatOf(const OpenedInput& input)
 {
@@ -31,8 +41,8 @@ bool isLive(const OpenedInput& input, const std::string& path)
 } // namespace
 
 Player::Player(const std::string& path, const FfmpegOptions& options)
-    : path_(path), options_(options), input_(openInput(path, options)), format_(formatOf(input_)),
-      still_(!input_.video), live_(isLive(input_, path)),
+    : path_(path), options_(options), input_(openPlayable(path, options)),
+      format_(formatOf(input_)), still_(!input_.video), live_(isLive(input_, path)),
       repeats_(path != "-" && !isAddress(path) && !isSpecialFile(path)),
       queue_(live_ ? 1 : kFramesAhead,
              live_ ? FrameQueue::WhenFull::keepNewest : FrameQueue::WhenFull::wait),
@@ -75,7 +85,7 @@ void Player::decode()
             input_.video->close(stopping_);
             if (stopping_ || !repeats_) break;
             if (frames == 0) throw Error(input_.name + ": holds no frames");
-            input_ = openInput(path_, options_);
+            input_ = openPlayable(path_, options_);
             if (!input_.video || input_.video->format().size != format_.size)
                 throw Error(input_.name + ": is another video now; open it again");
         }

@@ -15,7 +15,8 @@ namespace lumofe::viewer {
 
 class Player {
 public:
-    // Opens what openInput() opens; throws Error as it does. A file begins anew at its end; an
+    // Opens what openInput() opens, and a folder of stills, which are shown one after the other;
+    // throws Error as openInput() does. A file or folder begins anew at its end; an
     // address and a pipe are played once.
     Player(const std::string& path, const FfmpegOptions& options);
     ~Player() { stop(); }

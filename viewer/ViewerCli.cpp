@@ -57,8 +57,8 @@ void addOptions(CLI::App& app, ViewerOptions& options)
     app.add_option("INPUT", o.input,
                    "PNG, JPEG or BMP still, YUV4MPEG2 video (8-bit 4:2:0), or any\n"
                    "video, address (rtsp://, http://) or webcam (/dev/video0) that\n"
-                   "ffmpeg opens; 320x240 to 4096x4096 pixels; - is standard input,\n"
-                   "still or YUV4MPEG2")
+                   "ffmpeg opens; 320x240 to 4096x4096 pixels; a folder, whose stills\n"
+                   "follow one another; - is standard input, still or YUV4MPEG2")
         ->required()
         ->type_name("");
     addView(app, o.view, "single, quad, 360 or 180: the first layout (default single)");

@@ -1,5 +1,6 @@
 #include "Player.h"
 
+#include "PictureFolder.h"
 #include "VideoTestSupport.h"
 #include "ViewerRun.h"
 #include "media/Pixels.h"
@@ -7,6 +8,7 @@
 
 #include <atomic>
 #include <fcntl.h>
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <thread>
@@ -42,6 +44,27 @@ void writeY4m(const std::string& path, int frames)
 void ignore() {}
 
 } // namespace
+
+TEST(Player, AFolderIsPlayedPictureByPictureAndRepeats)
+{
+    const ScratchFolder scratch;
+    const std::string folder = scratch.file("stills");
+    std::filesystem::create_directory(folder);
+    const Image picture = gradient(kSmall);
+    writePng(folder + "/a.png", picture);
+    writePng(folder + "/b.png", Image(kSmall));
+    Player player(folder, {});
+    EXPECT_FALSE(player.still());
+    EXPECT_FALSE(player.live());
+    EXPECT_EQ(player.format().size, kSmall);
+    player.start(ignore);
+    const Frame first = nextFrame(player);
+    for (int i = 1; i < FolderSource::kFramesEach; ++i)
+        ASSERT_EQ(nextFrame(player), first) << i;
+    for (int i = 0; i < FolderSource::kFramesEach; ++i)
+        ASSERT_NE(nextFrame(player), first) << i;
+    EXPECT_EQ(nextFrame(player), first);
+}
 
 TEST(Player, AStillIsOneFrame)
 {

@@ -2,6 +2,7 @@
 #include "ViewerRun.h"
 
 #include <cstdlib>
+#include <filesystem>
 #include <gtest/gtest.h>
 
 using namespace lumofe::test;
@@ -47,7 +48,8 @@ TEST(ViewerCli, RefusesBadInputsAndOptions)
     writeFile(folder.file("text.txt"), bytesOf("nothing to see"));
     expectRefused({}, "INPUT");
     expectRefused({"/no/such.png"}, "/no/such.png");
-    expectRefused({folder.file("")}, folder.file(""));
+    std::filesystem::create_directory(folder.file("empty"));
+    expectRefused({folder.file("empty")}, "holds no .png");
     expectRefused({folder.file("text.txt")}, "text.txt");
     expectRefused({picture, "--view", "octagonal"}, "--view");
     expectRefused({picture, "--mount", "shelf"}, "--mount");

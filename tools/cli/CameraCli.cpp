@@ -50,6 +50,8 @@ void addCamera(CLI::App& app)
 {
     CLI::App& camera = *app.add_subcommand("camera", "Make the file of a camera");
     camera.require_subcommand(1);
+    camera.footer(
+        "\nExample:\n  lumofe camera init hall.json --size 1280x960 --circle 640,480,470");
     addInit(camera);
 }
 

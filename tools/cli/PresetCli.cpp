@@ -102,6 +102,7 @@ void addPreset(CLI::App& app)
     CLI::App& preset =
         *app.add_subcommand("preset", "Keep positions of the views in a camera's file");
     preset.require_subcommand(1);
+    preset.footer("\nExample:\n  lumofe preset save hall.json door --pan 90 --tilt 60");
     addSave(preset);
     addList(preset);
     addApply(preset);

@@ -13,25 +13,30 @@ void addCircle(CLI::App& app, std::optional<Circle>& circle)
 {
     addParsed(app, "--circle", circle, parseCircle,
               "Fisheye circle in input pixels, rounded to whole ones: centre\n"
-              "from the left, centre from the top, radius; e.g. 640,512,500\n"
-              "(default: centred, half the shorter side)",
+              "from the left, centre from the top, both in the picture, and\n"
+              "radius, 16 to 4096; e.g. 640,512,500 (default: centred, half\n"
+              "the shorter side)",
               "CX,CY,R");
 }
 
 void addSteering(CLI::App& app, RenderOptions& o)
 {
-    addNumber(app, "--pan", o.pan, "Single view: degrees, decimals allowed; e.g. 67.5 (default 0)",
+    addNumber(app, "--pan", o.pan,
+              "Single view: degrees, decimals allowed, -360 to 360, on the\n"
+              "wall -90 to 90; e.g. 67.5 (default 0)",
               "DEG");
     addNumber(app, "--tilt", o.tilt,
-              "Single view: degrees, decimals allowed; e.g. 60 (default:\n"
-              "ceiling 70, floor -70, wall 0)",
+              "Single view: degrees, decimals allowed; ceiling 0 to 90, floor\n"
+              "-90 to 0, wall -90 to 90; e.g. 60 (default: ceiling 70, floor\n"
+              "-70, wall 0)",
               "DEG");
     addNumber(app, "--zoom", o.zoom, "Single view: 0 (widest) to 100; e.g. 25 (default 0)",
               "PERCENT");
     app.add_option_function<std::string>(
            "--ptz", [&o](const std::string& text) { o.ptz.push_back(parsePtz(text)); },
-           "Pan and tilt in degrees, zoom in percent of the next view: the\n"
-           "first --ptz is for view 1 and so on, row by row; e.g. 90,60,0")
+           "Pan and tilt in degrees, zoom in percent of the next view, in\n"
+           "the ranges of --pan, --tilt and --zoom: the first --ptz is for\n"
+           "view 1 and so on, row by row; e.g. 90,60,0")
         ->type_name("P,T,Z")
         ->trigger_on_parse();
     addNumber(app, "--pano-offset", o.panoOffset,

@@ -31,11 +31,16 @@ bool Y4mSource::received()
     return true;
 }
 
+std::string StillSource::tags()
+{
+    return " F" + std::to_string(kRate) + ":1 Ip A1:1 C420jpeg XCOLORRANGE=FULL";
+}
+
 StillSource::StillSource(const Image& picture, int frames)
     : picture_(toFrame420(cropToEven(picture))), left_(frames)
 {
     format_.size = picture_.size;
-    format_.tags = " F" + std::to_string(kRate) + ":1 Ip A1:1 C420jpeg XCOLORRANGE=FULL";
+    format_.tags = tags();
     format_.frames = frames;
 }
 

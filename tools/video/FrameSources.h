@@ -28,6 +28,9 @@ class StillSource : public VideoSource {
 public:
     static constexpr int kRate = 25; // frames a second
 
+    // Of a YUV4MPEG2 header, for pictures as they are decoded here.
+    static std::string tags();
+
     StillSource(const Image& picture, int frames);
 
     Transfer* request(std::uint8_t* frame) override;
