@@ -7,7 +7,7 @@
 set -eu
 cd "$(dirname "$0")/.."
 
-kernels='BandKernels.*:BilinearSample.*:CBilinear.*:Isa.*:LMAffine*:MappingDrivers.*:Packed.*:RemapOps.*'
+kernels='BandKernels.*:BilinearSample.*:CBilinear.*:CopyPairs.*:Isa.*:LMAffine*:MappingDrivers.*:Packed.*:RemapOps.*'
 kernels=$kernels':RemapPlan.*:ResizeImage.*:ReversedCopy.*:ScalePlane.*:Strides.*:WholeFrame.*'
 kernels=$kernels':Isas/*:EveryInstructionSet/*'
 tables='PanoramaPolar.*:PanoramaRemap.*:Polar.*:Variants/*'
