@@ -68,7 +68,7 @@ Viewer::Viewer(const ViewerOptions& options, Player& player)
 
 Viewer::~Viewer()
 {
-    // There must be a window to wake up until then.
+    // Its thread pushes events, for which SDL must be there.
     player_.stop();
 }
 
